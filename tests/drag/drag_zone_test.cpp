@@ -1,5 +1,7 @@
 #include "drag/drag_zone.h"
 
+#include "support/printing.h"
+
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,5 +1,7 @@
 #include "layouts/grid_selection.h"
 
+#include "support/printing.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

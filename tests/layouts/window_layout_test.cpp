@@ -1,5 +1,7 @@
 #include "layouts/window_layout.h"
 
+#include "support/printing.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
