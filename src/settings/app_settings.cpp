@@ -1,0 +1,82 @@
+#include "settings/app_settings.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace brisk {
+
+namespace {
+
+std::set<CommandIdentifier> knownCommands(const std::vector<CustomWindowLayout>& customLayouts) {
+    std::set<CommandIdentifier> known;
+    for (const WindowLayout layout : allWindowLayouts) {
+        known.insert(commandIdentifier(layout));
+    }
+    for (const CustomWindowLayout& layout : customLayouts) {
+        known.insert(commandIdentifier(layout));
+    }
+    return known;
+}
+
+std::vector<CommandIdentifier> sanitizedDragTargets(std::vector<CommandIdentifier> identifiers) {
+    std::set<CommandIdentifier> eligible = knownCommands({});
+    eligible.erase(commandIdentifier(WindowLayout::restore));
+
+    std::erase_if(identifiers, [&](const CommandIdentifier& identifier) { return !eligible.contains(identifier); });
+    std::ranges::sort(identifiers);
+    identifiers.erase(std::unique(identifiers.begin(), identifiers.end()), identifiers.end());
+    return identifiers;
+}
+
+} // namespace
+
+const CommandHotkeys& defaultCommandHotkeys() {
+    static const CommandHotkeys table = [] {
+        constexpr std::uint32_t controlKey = 4096;
+        constexpr std::uint32_t optionKey = 2048;
+        CommandHotkeys hotkeys;
+        const auto add = [&](WindowLayout layout, std::uint32_t keyCode, const char* keyName) {
+            hotkeys[commandIdentifier(layout)] = {
+                .keyCode = keyCode, .modifiers = controlKey | optionKey, .display = std::string("⌃⌥") + keyName};
+        };
+        // Virtual key codes, positional: C, U, I, J and K are where an ANSI keyboard has them.
+        add(WindowLayout::leftHalf, 123, "◀");
+        add(WindowLayout::rightHalf, 124, "▶");
+        add(WindowLayout::topHalf, 126, "▲");
+        add(WindowLayout::bottomHalf, 125, "▼");
+        add(WindowLayout::maximize, 36, "↵");
+        add(WindowLayout::center, 8, "C");
+        add(WindowLayout::topLeft, 32, "U");
+        add(WindowLayout::topRight, 34, "I");
+        add(WindowLayout::bottomLeft, 38, "J");
+        add(WindowLayout::bottomRight, 40, "K");
+        add(WindowLayout::restore, 51, "⌫");
+        return hotkeys;
+    }();
+    return table;
+}
+
+AppSettings::AppSettings(StoredSettings stored)
+    : commandHotkeys(defaultCommandHotkeys()),
+      disabledCommandHotkeys(std::move(stored.disabledCommandHotkeys)),
+      windowGap(std::clamp<std::int64_t>(stored.windowGap, 0, maximumWindowGap)),
+      customWindowLayouts(std::move(stored.customWindowLayouts)),
+      dragEnabledBuiltInWindowLayoutIDs(sanitizedDragTargets(std::move(stored.dragEnabledBuiltInWindowLayoutIDs))),
+      hasCompletedOnboarding(stored.hasCompletedOnboarding) {
+    const std::set<CommandIdentifier> known = knownCommands(customWindowLayouts);
+    std::erase_if(disabledCommandHotkeys,
+                  [&](const CommandIdentifier& identifier) { return !known.contains(identifier); });
+    for (const CommandIdentifier& identifier : disabledCommandHotkeys) {
+        commandHotkeys.erase(identifier);
+    }
+    // After the removal: a shortcut that is stored for a cleared command is in force.
+    for (auto& [identifier, binding] : stored.commandHotkeys) {
+        if (known.contains(identifier)) {
+            commandHotkeys.insert_or_assign(identifier, std::move(binding));
+        }
+    }
+}
+
+} // namespace brisk

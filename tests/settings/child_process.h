@@ -1,0 +1,61 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace brisk {
+
+/// Runs `body` in a forked process, for what cannot be taken back in this one: limits, identities, being killed. To be
+/// used while no other thread runs.
+class ChildProcess {
+public:
+    /// The child ends with the Boolean that `body` gives.
+    template <typename Body>
+    explicit ChildProcess(Body body) : pid_(fork()) {
+        EXPECT_NE(pid_, -1);
+        if (pid_ == 0) {
+            _exit(body() ? 0 : 1);
+        }
+    }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess() {
+        if (pid_ > 0) {
+            kill();
+        }
+    }
+
+    /// Waits for the end; whether `body` ran to it and gave true.
+    bool succeeds() {
+        const int status = wait();
+        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    }
+
+    /// Whether it was still running.
+    bool kill() {
+        ::kill(pid_, SIGKILL);
+        const int status = wait();
+        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+    }
+
+private:
+    int wait() {
+        int status = 0;
+        EXPECT_EQ(waitpid(pid_, &status, 0), pid_);
+        pid_ = -1;
+        return status;
+    }
+
+    pid_t pid_;
+};
+
+/// Takes from this process, a child's, the privileges to which permission bits do not apply.
+inline bool becomeUnprivileged() {
+    constexpr unsigned nobody = 65534;
+    return geteuid() != 0 || (setgid(nobody) == 0 && setuid(nobody) == 0);
+}
+
+} // namespace brisk
