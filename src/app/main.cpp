@@ -1,0 +1,85 @@
+#include "app/app_delegate.h"
+#include "platform/qt/main_queue.h"
+#include "platform/qt/termination_signals.h"
+#include "platform/qt/wall_clock.h"
+#include "platform/x11/desktop.h"
+#include "settings/settings_locations.h"
+#include "ui/modal_alerts.h"
+#include "ui/qt_application.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+/// Reached by `finishAtExit` alone.
+std::weak_ptr<brisk::AppDelegate> delegateAtExit;
+
+/// When the X server dies, Qt ends the process from inside: main's objects are never destroyed, so what must still be
+/// done is done here.
+void finishAtExit() {
+    if (const auto delegate = delegateAtExit.lock()) {
+        delegate->applicationWillTerminate();
+    }
+}
+
+} // namespace
+
+int main(int, char** argv) {
+    using namespace brisk;
+
+    // This program is wired to X11; under a Wayland session it works on the windows of Xwayland. It takes no command
+    // line, and Qt gets none to look for options in.
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    int argumentCount = 1;
+    QApplication application(argumentCount, argv);
+    QApplication::setApplicationName(QStringLiteral("brisk"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Brisk"));
+    QApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
+
+    qt::MainQueue mainQueue;
+    const qt::WallClock wallClock;
+    QtApplication shell;
+    ModalAlerts alerts;
+    const auto desktop = x11::Desktop::open(mainQueue, [] { explainTrust(); });
+    if (!desktop) {
+        std::cerr << "Brisk could not connect to the X server." << std::endl;
+        return EXIT_FAILURE;
+    }
+
+    // Requests that wait for a reply bring events along that the descriptor does not announce: looked for before each
+    // sleep.
+    QSocketNotifier readable(desktop->fileDescriptor(), QSocketNotifier::Read);
+    const auto processEvents = [&] {
+        desktop->processEvents();
+        if (desktop->isBroken()) {
+            readable.setEnabled(false);
+            QApplication::exit(EXIT_FAILURE);
+        }
+    };
+    QObject::connect(&readable, &QSocketNotifier::activated, &application, processEvents);
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &application,
+                     processEvents);
+    const qt::TerminationSignals signals([&shell] { shell.terminate(); });
+
+    const auto delegate =
+        std::make_shared<AppDelegate>(DesktopServices{.accessibility = desktop->accessibility(),
+                                                      .workspace = desktop->workspace(),
+                                                      .hotKeys = desktop->hotKeys(),
+                                                      .eventMonitor = desktop->eventMonitor(),
+                                                      .mainQueue = mainQueue,
+                                                      .wallClock = wallClock},
+                                      Presentation{.application = shell, .alerts = alerts}, settingsFoldersOfUser());
+    delegateAtExit = delegate;
+    std::atexit(finishAtExit);
+
+    delegate->applicationDidFinishLaunching();
+    const int status = QApplication::exec();
+    delegate->applicationWillTerminate();
+    return status;
+}

@@ -1,0 +1,158 @@
+#include "app/app_delegate.h"
+
+#include "platform/simulated/desktop.h"
+#include "support/printing.h"
+#include "support/recording_presentation.h"
+#include "support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brisk {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
+constexpr std::uint32_t controlOption = controlKey | optionKey;
+
+class AppDelegateTest : public testing::Test {
+protected:
+    Presentation presentation() {
+        return {
+            .application = application,
+            .alerts = alerts,
+            .makeStatusItem =
+                [this](StatusItem::Callbacks callbacks) {
+                    auto item = std::make_unique<RecordingStatusItem>(desktop.log, std::move(callbacks));
+                    statusItem = item.get();
+                    return item;
+                },
+            .makeUpdater =
+                [this] {
+                    desktop.log.record("makeUpdater");
+                    return std::make_unique<RecordingUpdater>(desktop.log);
+                },
+        };
+    }
+    /// Where the call stands in the desktop's log; the end if it was not made.
+    std::ptrdiff_t position(const std::string& call) const {
+        return std::ranges::find(desktop.log.calls(), call) - desktop.log.calls().begin();
+    }
+
+    TemporaryFolder home;
+    simulated::Desktop desktop;
+    RecordingAlerts alerts;
+    RecordingApplication application{desktop.log};
+    RecordingStatusItem* statusItem = nullptr;
+    simulated::ApplicationRef editor = desktop.launchInFront("Editor", start);
+    simulated::WindowRef window = editor->windows.front();
+    SettingsFolders folders{.home = home.path(), .applicationSupport = home.path() / "data"};
+    std::shared_ptr<AppDelegate> delegate =
+        std::make_shared<AppDelegate>(DesktopServices{desktop.accessibility, desktop.workspace, desktop.hotKeys,
+                                                      desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
+                                      presentation(), folders);
+};
+
+TEST_F(AppDelegateTest, StartsInAnOrderThatMatters) {
+    delegate->applicationDidFinishLaunching();
+    const std::vector<std::string> expected{"setMainMenu Brisk",
+                                            "setActivationPolicy accessory",
+                                            "updateMenu",
+                                            "addGlobalMonitorForEventsMatchingMask 70",
+                                            "InstallEventHandler",
+                                            "RegisterEventHotKey 125 6144 as 100",
+                                            "RegisterEventHotKey 34 6144 as 110",
+                                            "makeUpdater"};
+    std::vector<std::string> inOrder = expected;
+    std::ranges::sort(inOrder, {}, [&](const std::string& call) { return position(call); });
+    EXPECT_EQ(inOrder, expected);
+    for (const std::string& call : expected) {
+        EXPECT_THAT(desktop.log.calls(), Contains(call).Times(1));
+    }
+}
+
+TEST_F(AppDelegateTest, AHotKeyRunsItsCommandAndTheMenuDoesTheSame) {
+    delegate->applicationDidFinishLaunching();
+    desktop.hotKeys.press(123, controlOption);
+    EXPECT_EQ(window->frame, start);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, leftHalf);
+
+    statusItem->open();
+    desktop.workspace.frontmost = std::make_shared<simulated::Application>(simulated::Desktop::ownProcess, "Brisk");
+    const auto maximize = std::ranges::find(statusItem->menu.items, "Maximize", &MenuItem::title);
+    ASSERT_NE(maximize, statusItem->menu.items.end());
+    statusItem->choose(*maximize);
+    EXPECT_EQ(window->frame.width(), 1440) << "acts on the application in front when the menu opened";
+    statusItem->choose({.action = MenuAction::runWindowCommand});
+    statusItem->choose({.action = MenuAction::checkForUpdates});
+    statusItem->choose({.action = MenuAction::quit});
+    EXPECT_THAT(desktop.log.calls(), Contains("checkForUpdates"));
+    EXPECT_THAT(desktop.log.calls(), Contains("terminate"));
+}
+
+TEST_F(AppDelegateTest, PressesWhileAnAlertIsOpenAreDroppedNotQueued) {
+    delegate->applicationDidFinishLaunching();
+    desktop.workspace.frontmost = nullptr;
+    alerts.whileOpen = [&] {
+        desktop.workspace.frontmost = editor;
+        desktop.hotKeys.press(123, controlOption);
+        desktop.mainQueue.run();
+    };
+    desktop.hotKeys.press(123, controlOption);
+    desktop.mainQueue.run();
+    EXPECT_EQ(alerts.alerts.size(), 1U);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, start);
+
+    desktop.hotKeys.press(123, controlOption);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, leftHalf) << "and once it is closed they count again";
+}
+
+TEST_F(AppDelegateTest, ChangedSettingsAreInForceAtOnce) {
+    delegate->applicationDidFinishLaunching();
+    auto& controller = *delegate->windowController();
+    controller.settingsStore().assignHotkey("window.leftHalf", {.keyCode = 4, .modifiers = cmdKey, .display = "⌘H"});
+    desktop.log.clear();
+    controller.onSettingsChanged();
+    EXPECT_LT(position("UnregisterEventHotKey 110"), position("InstallEventHandler"))
+        << "the old keys are free when the new ones are asked for";
+    EXPECT_THAT(desktop.log.calls(), Contains("updateMenu"));
+    EXPECT_EQ(desktop.hotKeys.press(123, controlOption), std::nullopt);
+    EXPECT_EQ(desktop.hotKeys.press(4, cmdKey), noErr);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, leftHalf);
+}
+
+TEST_F(AppDelegateTest, TerminationStopsWatchingAndWritesWhatIsPending) {
+    delegate->applicationDidFinishLaunching();
+    for (int gap = 1; gap <= 20; ++gap) {
+        delegate->windowController()->settingsStore().settings.windowGap = gap;
+        delegate->windowController()->settingsStore().save();
+    }
+    delegate->applicationWillTerminate();
+    EXPECT_THAT(desktop.log.calls(), Contains("removeMonitor"));
+    const SettingsStore reloaded(localFileURL(folders), folders, desktop.wallClock);
+    EXPECT_EQ(reloaded.settings.windowGap, 20);
+}
+
+TEST_F(AppDelegateTest, ACommandThatOutlivesTheDelegateDoesNothing) {
+    delegate->applicationDidFinishLaunching();
+    desktop.hotKeys.press(123, controlOption);
+    delegate.reset();
+    EXPECT_EQ(desktop.hotKeys.registeredCount(), 0U);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, start);
+}
+
+} // namespace
+} // namespace brisk

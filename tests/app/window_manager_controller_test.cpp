@@ -1,0 +1,202 @@
+#include "app/window_manager_controller.h"
+
+#include "platform/simulated/desktop.h"
+#include "support/printing.h"
+#include "support/recording_presentation.h"
+#include "support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brisk {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
+
+class NoOverlay final : public WindowDragOverlay {
+public:
+    void show(const std::vector<WindowDragZone>&, const std::optional<CommandIdentifier>&, const ScreenInfo&) override {
+    }
+    void hide() override {}
+};
+
+class WindowManagerControllerTest : public testing::Test {
+protected:
+    /// This program, as the desktop sees it when one of its windows is in front.
+    simulated::ApplicationRef ownApplication() {
+        return std::make_shared<simulated::Application>(simulated::Desktop::ownProcess, "Brisk");
+    }
+    std::vector<Alert> takeAlerts() { return std::exchange(alerts.alerts, {}); }
+
+    TemporaryFolder home;
+    simulated::Desktop desktop;
+    RecordingAlerts alerts;
+    simulated::ApplicationRef application = desktop.launchInFront("Editor", start);
+    simulated::WindowRef window = application->windows.front();
+    std::shared_ptr<WindowManagerController> controller =
+        WindowManagerController::create({desktop.accessibility, desktop.workspace, desktop.hotKeys,
+                                         desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
+                                        alerts, {.home = home.path(), .applicationSupport = home.path() / "data"},
+                                        [] { return std::make_unique<NoOverlay>(); });
+};
+
+TEST_F(WindowManagerControllerTest, ResolvesBuiltInLayoutsThenCustomOnesInStoredOrder) {
+    controller->settingsStore().settings.customWindowLayouts = {
+        {.id = "A", .name = "first", .selection = {2, 1, 1, 0, 1, 1}},
+        {.id = "A", .name = "second", .selection = {1, 1, 0, 0, 1, 1}}};
+    controller->settingsStore().settings.windowGap = 10;
+
+    controller->runCommand("window.leftHalf");
+    EXPECT_EQ(window->frame, (CGRect{{10, 35}, {705, 855}}));
+    controller->runCommand("window.custom.A");
+    EXPECT_EQ(window->frame, (CGRect{{725, 35}, {705, 855}}));
+    for (const char* unknown : {"window.custom.B", "window.LeftHalf", "leftHalf", ""}) {
+        controller->runCommand(unknown);
+        EXPECT_EQ(window->frame, (CGRect{{725, 35}, {705, 855}})) << unknown;
+    }
+    controller->runCommand("window.restore");
+    EXPECT_EQ(window->frame, start);
+    controller->runCommand("window.restore");
+    EXPECT_THAT(takeAlerts(), IsEmpty()) << "nothing to restore is nothing to tell";
+}
+
+TEST_F(WindowManagerControllerTest, ActsOnTheApplicationInFrontElseTheLastOneSeenThere) {
+    const Alert noTarget{"No active app window",
+                         "Switch to the application whose window you want to manage, then try again."};
+    desktop.workspace.frontmost = ownApplication();
+    controller->runCommand("window.unknown");
+    EXPECT_THAT(takeAlerts(), ElementsAre(noTarget)) << "asked for before the command is looked at";
+
+    desktop.workspace.frontmost = application;
+    controller->runCommand("window.unknown");
+    EXPECT_EQ(controller->previousApplication(), application);
+    desktop.workspace.frontmost = ownApplication();
+    controller->runCommand("window.leftHalf");
+    EXPECT_EQ(window->frame, leftHalf);
+    EXPECT_THAT(takeAlerts(), IsEmpty());
+
+    application->terminated = true;
+    controller->runCommand("window.leftHalf");
+    EXPECT_THAT(takeAlerts(), ElementsAre(noTarget));
+    EXPECT_EQ(controller->previousApplication(), application) << "kept all the same";
+
+    desktop.workspace.frontmost = nullptr;
+    controller->runCommand("window.leftHalf");
+    EXPECT_THAT(takeAlerts(), ElementsAre(noTarget));
+}
+
+TEST_F(WindowManagerControllerTest, TellsWhatWentWrong) {
+    controller->settingsStore().settings.customWindowLayouts = {{.id = "A", .name = "Wide"}};
+    struct Row {
+        const char* why;
+        const char* command;
+        std::optional<std::string> name;
+        AXError writeError;
+        bool hasWindow;
+        Alert expected;
+    };
+    for (const Row& row : {
+             Row{"no window",
+                 "window.leftHalf",
+                 "Editor",
+                 kAXErrorSuccess,
+                 false,
+                 {"Could not find window", "Brisk could not find a focused window for Editor."}},
+             Row{"no window of an application without a name",
+                 "window.restore",
+                 std::nullopt,
+                 kAXErrorSuccess,
+                 false,
+                 {"Could not find window", "Brisk could not find a focused window for the active app."}},
+             Row{"refused",
+                 "window.topHalf",
+                 "Editor",
+                 kAXErrorCannotComplete,
+                 true,
+                 {"Could not apply Top Half", "Editor did not accept the requested window frame."}},
+             Row{"refused, custom layout, no name",
+                 "window.custom.A",
+                 std::nullopt,
+                 kAXErrorCannotComplete,
+                 true,
+                 {"Could not apply Wide", "The active app did not accept the requested window frame."}},
+         }) {
+        SCOPED_TRACE(row.why);
+        application->name = row.name;
+        window->sizeWriteError = row.writeError;
+        window->exists = row.hasWindow;
+        controller->runCommand(row.command);
+        EXPECT_THAT(takeAlerts(), ElementsAre(row.expected));
+    }
+}
+
+TEST_F(WindowManagerControllerTest, WithoutPermissionAsksForItAndDropsTheCommand) {
+    desktop.accessibility.isTrusted = false;
+    desktop.log.clear();
+    controller->runCommand("window.leftHalf");
+    EXPECT_THAT(desktop.log.calls(),
+                ElementsAre("frontmostApplication", "AXIsProcessTrusted", "AXIsProcessTrustedWithOptions prompt"));
+    EXPECT_THAT(takeAlerts(),
+                ElementsAre(Alert{"Allow Brisk to manage windows",
+                                  "macOS needs Accessibility permission before Brisk can resize and move windows."}));
+    desktop.accessibility.isTrusted = true;
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, start) << "not carried out later either";
+}
+
+TEST_F(WindowManagerControllerTest, IgnoresCommandsAndDragsWhileAnAlertIsOpen) {
+    controller->settingsStore().settings.dragEnabledBuiltInWindowLayoutIDs = {"window.maximize"};
+    const auto dragAndDrop = [&] {
+        desktop.eventMonitor.send(NSEventType::leftMouseDown, 0);
+        desktop.mainQueue.run();
+        window->frame.origin.x += 40;
+        desktop.eventMonitor.send(NSEventType::leftMouseDragged, NSEventModifierFlagShift);
+        desktop.eventMonitor.send(NSEventType::leftMouseUp, NSEventModifierFlagShift);
+        desktop.mainQueue.run();
+    };
+    window->sizeWriteError = kAXErrorCannotComplete;
+    alerts.whileOpen = [&] {
+        window->sizeWriteError = kAXErrorSuccess;
+        window->frame = start;
+        controller->runCommand("window.leftHalf");
+        EXPECT_EQ(window->frame, start);
+        dragAndDrop();
+        EXPECT_EQ(window->frame.size, start.size);
+    };
+    controller->runCommand("window.leftHalf");
+    EXPECT_EQ(takeAlerts().size(), 1U);
+
+    dragAndDrop();
+    EXPECT_EQ(window->frame, (CGRect{{0, 25}, {1440, 875}})) << "once it is closed a drag snaps again";
+    controller->runCommand("window.leftHalf");
+    EXPECT_EQ(window->frame, leftHalf);
+}
+
+TEST_F(WindowManagerControllerTest, DragZonesFollowTheSettingsInDeclarationOrder) {
+    auto& settings = controller->settingsStore().settings;
+    settings.dragEnabledBuiltInWindowLayoutIDs = {"window.center", "window.leftHalf", "window.restore", "nonsense"};
+    desktop.workspace.frontmost = application;
+    desktop.eventMonitor.pointer = {10, 10};
+    desktop.eventMonitor.send(NSEventType::leftMouseDown, 0);
+    desktop.mainQueue.run();
+    window->frame.origin.x += 40;
+    desktop.eventMonitor.send(NSEventType::leftMouseDragged, NSEventModifierFlagShift);
+    desktop.mainQueue.run();
+    settings.windowGap = 10;
+    desktop.eventMonitor.send(NSEventType::leftMouseUp, NSEventModifierFlagShift);
+    desktop.mainQueue.run();
+    EXPECT_EQ(window->frame, (CGRect{{10, 35}, {705, 855}})) << "dropped on the left half, with the gap of that moment";
+    EXPECT_EQ(controller->previousApplication(), application);
+}
+
+} // namespace
+} // namespace brisk
