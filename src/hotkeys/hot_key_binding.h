@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 namespace brisk {
 
@@ -16,7 +17,10 @@ struct HotKeyBinding {
     std::string display;
 
     friend bool operator==(const HotKeyBinding&, const HotKeyBinding&) = default;
-    friend auto operator<=>(const HotKeyBinding&, const HotKeyBinding&) = default;
+    /// Some order, for sorted containers.
+    friend bool operator<(const HotKeyBinding& a, const HotKeyBinding& b) {
+        return std::tie(a.keyCode, a.modifiers, a.display) < std::tie(b.keyCode, b.modifiers, b.display);
+    }
 };
 
 /// Whether two bindings are the same shortcut: same key, same modifiers, whatever their texts.

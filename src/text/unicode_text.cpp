@@ -1,8 +1,7 @@
 #include "text/unicode_text.h"
 
-#include <clocale>
 #include <cwctype>
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is POSIX, <clocale> need not have it
 #include <memory>
 #include <optional>
 
