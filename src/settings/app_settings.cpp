@@ -1,5 +1,8 @@
 #include "settings/app_settings.h"
 
+#include "hotkeys/virtual_keys.h"
+#include "platform/hot_key_service.h"
+
 #include <algorithm>
 #include <set>
 #include <string>
@@ -34,25 +37,23 @@ std::vector<CommandIdentifier> sanitizedDragTargets(std::vector<CommandIdentifie
 
 const CommandHotkeys& defaultCommandHotkeys() {
     static const CommandHotkeys table = [] {
-        constexpr std::uint32_t controlKey = 4096;
-        constexpr std::uint32_t optionKey = 2048;
         CommandHotkeys hotkeys;
         const auto add = [&](WindowLayout layout, std::uint32_t keyCode, const char* keyName) {
             hotkeys[commandIdentifier(layout)] = {
                 .keyCode = keyCode, .modifiers = controlKey | optionKey, .display = std::string("⌃⌥") + keyName};
         };
-        // Virtual key codes, positional: C, U, I, J and K are where an ANSI keyboard has them.
-        add(WindowLayout::leftHalf, 123, "◀");
-        add(WindowLayout::rightHalf, 124, "▶");
-        add(WindowLayout::topHalf, 126, "▲");
-        add(WindowLayout::bottomHalf, 125, "▼");
-        add(WindowLayout::maximize, 36, "↵");
-        add(WindowLayout::center, 8, "C");
-        add(WindowLayout::topLeft, 32, "U");
-        add(WindowLayout::topRight, 34, "I");
-        add(WindowLayout::bottomLeft, 38, "J");
-        add(WindowLayout::bottomRight, 40, "K");
-        add(WindowLayout::restore, 51, "⌫");
+        // By position: C, U, I, J and K are where an ANSI keyboard has them.
+        add(WindowLayout::leftHalf, kVK_LeftArrow, "◀");
+        add(WindowLayout::rightHalf, kVK_RightArrow, "▶");
+        add(WindowLayout::topHalf, kVK_UpArrow, "▲");
+        add(WindowLayout::bottomHalf, kVK_DownArrow, "▼");
+        add(WindowLayout::maximize, kVK_Return, "↵");
+        add(WindowLayout::center, kVK_ANSI_C, "C");
+        add(WindowLayout::topLeft, kVK_ANSI_U, "U");
+        add(WindowLayout::topRight, kVK_ANSI_I, "I");
+        add(WindowLayout::bottomLeft, kVK_ANSI_J, "J");
+        add(WindowLayout::bottomRight, kVK_ANSI_K, "K");
+        add(WindowLayout::restore, kVK_Delete, "⌫");
         return hotkeys;
     }();
     return table;

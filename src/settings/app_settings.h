@@ -18,7 +18,7 @@ using CommandHotkeys = std::map<CommandIdentifier, HotKeyBinding>;
 const CommandHotkeys& defaultCommandHotkeys();
 
 /// The widest gap the settings hold, in points.
-inline constexpr std::int64_t maximumWindowGap = 64;
+inline constexpr auto maximumWindowGap = static_cast<std::int64_t>(maximumGap);
 
 /// What a settings file says, before any of it is checked against anything else. A member that the file leaves out
 /// keeps the value it has here.
