@@ -91,8 +91,9 @@ std::error_code writeAll(int descriptor, std::string_view bytes) {
 }
 
 /// What the temporaries of a file's saves are called, up to the six characters that make each one unique.
-fs::path temporaryPrefix(const fs::path& path) {
-    return "." + path.filename().string() + ".saving-";
+std::string temporaryPrefix(const fs::path& path) {
+    std::string prefix = ".";
+    return prefix.append(path.filename().string()).append(".saving-");
 }
 constexpr std::size_t uniqueLength = 6;
 
@@ -123,23 +124,23 @@ public:
     }
 
     Temporary(Temporary&& other) noexcept
-        : file_(std::move(other.file_)), path_(std::exchange(other.path_, std::nullopt)) {}
+        : file_(std::move(other.file_)), path_(std::exchange(other.path_, fs::path())) {}
     Temporary(const Temporary&) = delete;
     Temporary& operator=(const Temporary&) = delete;
     Temporary& operator=(Temporary&&) = delete;
     ~Temporary() {
-        if (path_) {
-            unlink(path_->c_str());
+        if (!path_.empty()) {
+            unlink(path_.c_str());
         }
     }
 
     int descriptor() const { return file_.get(); }
 
     std::error_code replace(const fs::path& target) {
-        if (rename(path_->c_str(), target.c_str()) == -1) {
+        if (rename(path_.c_str(), target.c_str()) == -1) {
             return lastError();
         }
-        path_.reset();
+        path_.clear();
         return {};
     }
 
@@ -147,12 +148,13 @@ private:
     Temporary(FileDescriptor file, fs::path path) : file_(std::move(file)), path_(std::move(path)) {}
 
     FileDescriptor file_;
-    std::optional<fs::path> path_;
+    /// Empty once there is nothing to remove.
+    fs::path path_;
 };
 
 /// Removes what killed saves of `target` left behind. Failure is silent: it concerns no one's settings.
 void removeStaleTemporaries(const fs::path& target) {
-    const std::string prefix = temporaryPrefix(target).string();
+    const std::string prefix = temporaryPrefix(target);
     std::error_code error;
     for (fs::directory_iterator entry(target.parent_path(), error), end; !error && entry != end;
          entry.increment(error)) {
@@ -276,7 +278,8 @@ std::variant<fs::path, std::error_code> moveAside(const fs::path& path, const fs
             return error;
         }
         backup = wanted.parent_path() / wanted.stem();
-        backup += "-" + std::to_string(number) + wanted.extension().string();
+        (backup += '-') += std::to_string(number);
+        backup += wanted.extension();
     }
     if (rename(path.c_str(), backup.c_str()) == -1) {
         error = lastError();

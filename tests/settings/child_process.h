@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 
 namespace brisk {
 
@@ -14,7 +15,10 @@ class ChildProcess {
 public:
     /// The child ends with the Boolean that `body` gives.
     template <typename Body>
-    explicit ChildProcess(Body body) : pid_(fork()) {
+    explicit ChildProcess(Body body) {
+        // Or the child would print again what this process has yet to.
+        (void)std::fflush(nullptr);
+        pid_ = fork();
         EXPECT_NE(pid_, -1);
         if (pid_ == 0) {
             _exit(body() ? 0 : 1);
@@ -49,7 +53,7 @@ private:
         return status;
     }
 
-    pid_t pid_;
+    pid_t pid_ = -1;
 };
 
 /// Takes from this process, a child's, the privileges to which permission bits do not apply.
