@@ -1,0 +1,170 @@
+#include "desktop/support/desktop_connection.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace brisk::desktop {
+namespace {
+
+constexpr std::uint32_t sourcePager = 2;
+
+PixelExtents extents(const std::vector<std::uint32_t>& items) {
+    if (items.size() != 4) {
+        return {};
+    }
+    return {.left = static_cast<int>(items[0]),
+            .right = static_cast<int>(items[1]),
+            .top = static_cast<int>(items[2]),
+            .bottom = static_cast<int>(items[3])};
+}
+
+} // namespace
+
+DesktopConnection::DesktopConnection(const std::string& display) {
+    int screenNumber = 0;
+    connection_ = xcb_connect(display.c_str(), &screenNumber);
+    if (xcb_connection_has_error(connection_) != 0) {
+        xcb_disconnect(connection_);
+        throw std::runtime_error("cannot connect to display " + display);
+    }
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+    for (int i = 0; i < screenNumber; ++i) {
+        xcb_screen_next(&screens);
+    }
+    screen_ = screens.data;
+}
+
+DesktopConnection::~DesktopConnection() {
+    xcb_disconnect(connection_);
+}
+
+xcb_atom_t DesktopConnection::atom(const std::string& name) {
+    const auto known = atoms_.find(name);
+    if (known != atoms_.end()) {
+        return known->second;
+    }
+    const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+    const Reply<xcb_intern_atom_reply_t> reply{xcb_intern_atom_reply(connection_, cookie, nullptr)};
+    if (!reply) {
+        throw std::runtime_error("the X server is gone");
+    }
+    return atoms_[name] = reply->atom;
+}
+
+std::vector<std::uint32_t> DesktopConnection::cardinals(xcb_window_t window, const std::string& property) {
+    const auto cookie = xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 4096);
+    const Reply<xcb_get_property_reply_t> reply{xcb_get_property_reply(connection_, cookie, nullptr)};
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {items, items + reply->value_len};
+}
+
+void DesktopConnection::setCardinals(xcb_window_t window, const std::string& property, xcb_atom_t type,
+                                     const std::vector<std::uint32_t>& items) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(property), type, 32,
+                        static_cast<std::uint32_t>(items.size()), items.data());
+}
+
+void DesktopConnection::sendToWindowManager(xcb_window_t window, const std::string& type,
+                                            std::array<std::uint32_t, 5> data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom(type);
+    std::copy(data.begin(), data.end(), std::begin(message.data.data32));
+    xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   // xcb sends the 32 bytes of any event structure through this one type.
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(connection_);
+}
+
+void DesktopConnection::synchronize() {
+    const Reply<xcb_get_input_focus_reply_t> reply{
+        xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr)};
+}
+
+std::optional<PixelRect> DesktopConnection::clientRect(xcb_window_t window) {
+    const auto geometryCookie = xcb_get_geometry(connection_, window);
+    const auto originCookie = xcb_translate_coordinates(connection_, window, root(), 0, 0);
+    const Reply<xcb_get_geometry_reply_t> geometry{xcb_get_geometry_reply(connection_, geometryCookie, nullptr)};
+    const Reply<xcb_translate_coordinates_reply_t> origin{
+        xcb_translate_coordinates_reply(connection_, originCookie, nullptr)};
+    if (!geometry || !origin) {
+        return std::nullopt;
+    }
+    return PixelRect{.x = origin->dst_x, .y = origin->dst_y, .width = geometry->width, .height = geometry->height};
+}
+
+PixelExtents DesktopConnection::decorations(xcb_window_t window) {
+    return extents(cardinals(window, "_NET_FRAME_EXTENTS"));
+}
+
+std::optional<PixelRect> DesktopConnection::visibleFrame(xcb_window_t window) {
+    const auto client = clientRect(window);
+    if (!client) {
+        return std::nullopt;
+    }
+    const PixelExtents around = decorations(window);
+    const PixelExtents shadow = extents(cardinals(window, "_GTK_FRAME_EXTENTS"));
+    const int left = around.left - shadow.left;
+    const int top = around.top - shadow.top;
+    return PixelRect{.x = client->x - left,
+                     .y = client->y - top,
+                     .width = client->width + left + around.right - shadow.right,
+                     .height = client->height + top + around.bottom - shadow.bottom};
+}
+
+bool DesktopConnection::isViewable(xcb_window_t window) {
+    const Reply<xcb_get_window_attributes_reply_t> reply{
+        xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, window), nullptr)};
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+bool DesktopConnection::hasState(xcb_window_t window, const std::string& stateAtom) {
+    const auto states = cardinals(window, "_NET_WM_STATE");
+    return std::find(states.begin(), states.end(), atom(stateAtom)) != states.end();
+}
+
+xcb_window_t DesktopConnection::activeWindow() {
+    const auto windows = cardinals(root(), "_NET_ACTIVE_WINDOW");
+    return windows.empty() ? xcb_window_t{XCB_WINDOW_NONE} : windows.front();
+}
+
+std::vector<xcb_window_t> DesktopConnection::clients() {
+    return cardinals(root(), "_NET_CLIENT_LIST");
+}
+
+bool DesktopConnection::isManaged(xcb_window_t window) {
+    const auto windows = clients();
+    return std::find(windows.begin(), windows.end(), window) != windows.end() && isViewable(window);
+}
+
+void DesktopConnection::requestFrame(xcb_window_t window, const PixelRect& visibleFrame) {
+    const PixelExtents around = decorations(window);
+    const PixelExtents shadow = extents(cardinals(window, "_GTK_FRAME_EXTENTS"));
+    // Position means the frame's corner and size the client's, by the standard's north-west gravity.
+    constexpr std::uint32_t northWest = XCB_GRAVITY_NORTH_WEST;
+    constexpr std::uint32_t allFourGiven = 0xFU << 8U;
+    sendToWindowManager(
+        window, "_NET_MOVERESIZE_WINDOW",
+        {northWest | allFourGiven | sourcePager << 12U, static_cast<std::uint32_t>(visibleFrame.x - shadow.left),
+         static_cast<std::uint32_t>(visibleFrame.y - shadow.top),
+         static_cast<std::uint32_t>(visibleFrame.width - around.left - around.right + shadow.left + shadow.right),
+         static_cast<std::uint32_t>(visibleFrame.height - around.top - around.bottom + shadow.top + shadow.bottom)});
+}
+
+void DesktopConnection::requestActivation(xcb_window_t window) {
+    sendToWindowManager(window, "_NET_ACTIVE_WINDOW", {sourcePager, XCB_CURRENT_TIME, 0, 0, 0});
+}
+
+void DesktopConnection::requestState(xcb_window_t window, StateAction action, const std::string& first,
+                                     const std::string& second) {
+    sendToWindowManager(window, "_NET_WM_STATE",
+                        {static_cast<std::uint32_t>(action), atom(first),
+                         second.empty() ? xcb_atom_t{XCB_ATOM_NONE} : atom(second), sourcePager, 0});
+}
+
+} // namespace brisk::desktop

@@ -1,0 +1,61 @@
+#include "desktop/support/input.h"
+
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace brisk::desktop {
+namespace {
+
+void fake(DesktopConnection& connection, std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) {
+    xcb_test_fake_input(connection.xcb(), type, detail, XCB_CURRENT_TIME, connection.root(),
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+}
+
+} // namespace
+
+void Keyboard::down(Key key) {
+    fake(connection_, XCB_KEY_PRESS, static_cast<std::uint8_t>(key));
+    connection_.synchronize();
+}
+
+void Keyboard::up(Key key) {
+    fake(connection_, XCB_KEY_RELEASE, static_cast<std::uint8_t>(key));
+    connection_.synchronize();
+}
+
+void Keyboard::press(Key key, std::initializer_list<Key> modifiers) {
+    for (const Key modifier : modifiers) {
+        fake(connection_, XCB_KEY_PRESS, static_cast<std::uint8_t>(modifier));
+    }
+    fake(connection_, XCB_KEY_PRESS, static_cast<std::uint8_t>(key));
+    fake(connection_, XCB_KEY_RELEASE, static_cast<std::uint8_t>(key));
+    std::for_each(std::rbegin(modifiers), std::rend(modifiers),
+                  [this](Key modifier) { fake(connection_, XCB_KEY_RELEASE, static_cast<std::uint8_t>(modifier)); });
+    connection_.synchronize();
+}
+
+void Pointer::moveTo(int x, int y) {
+    constexpr std::uint8_t absolute = 0;
+    fake(connection_, XCB_MOTION_NOTIFY, absolute, x, y);
+    connection_.synchronize();
+}
+
+void Pointer::moveBy(int dx, int dy) {
+    constexpr std::uint8_t relative = 1;
+    fake(connection_, XCB_MOTION_NOTIFY, relative, dx, dy);
+    connection_.synchronize();
+}
+
+void Pointer::down(std::uint8_t button) {
+    fake(connection_, XCB_BUTTON_PRESS, button);
+    connection_.synchronize();
+}
+
+void Pointer::up(std::uint8_t button) {
+    fake(connection_, XCB_BUTTON_RELEASE, button);
+    connection_.synchronize();
+}
+
+} // namespace brisk::desktop

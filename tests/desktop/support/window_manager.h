@@ -1,0 +1,32 @@
+#pragma once
+
+#include "desktop/support/virtual_server.h"
+
+#include <memory>
+#include <string>
+
+namespace brisk::desktop {
+
+/// A window manager on a virtual server, with no shortcuts of its own that Brisk's could collide with.
+class WindowManager {
+public:
+    enum class Kind { openbox, xfwm4, metacity };
+    static const char* programOf(Kind kind);
+
+    /// Starts it and waits until it manages windows. Throws `std::runtime_error` when it does not.
+    WindowManager(VirtualServer& server, Kind kind);
+
+    Kind kind() const { return kind_; }
+    Process& process() { return *process_; }
+    /// Ends it as a crash would; windows stay, unmanaged.
+    void kill();
+    /// Starts it again, and waits until it manages windows.
+    void start();
+
+private:
+    VirtualServer& server_;
+    Kind kind_;
+    std::unique_ptr<Process> process_;
+};
+
+} // namespace brisk::desktop
