@@ -1,5 +1,7 @@
 #include "platform/x11/connection.h"
 
+#include <poll.h>
+
 #include <cstring>
 #include <utility>
 
@@ -86,6 +88,25 @@ void Connection::dispatchEvents() {
 void Connection::dispatchQueuedEvents() {
     while (const Event event{xcb_poll_for_queued_event(connection_)}) {
         dispatch(*event);
+    }
+}
+
+bool Connection::waitForEvents(std::chrono::steady_clock::time_point deadline) {
+    using std::chrono::milliseconds;
+    xcb_flush(connection_);
+    for (;;) {
+        if (const Event event{xcb_poll_for_event(connection_)}) {
+            dispatch(*event);
+            dispatchQueuedEvents();
+            return true;
+        }
+        const auto remaining = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (remaining <= milliseconds::zero() || isBroken()) {
+            return false;
+        }
+        pollfd descriptor{.fd = fileDescriptor(), .events = POLLIN, .revents = 0};
+        // An interrupted wait is followed by another, for what remains of the time.
+        poll(&descriptor, 1, static_cast<int>(remaining.count()));
     }
 }
 

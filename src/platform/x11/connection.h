@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <list>
@@ -70,6 +71,9 @@ public:
     /// The same for events that xcb has read already, without reading the socket: after a reply, so that what the
     /// server said before it is known.
     void dispatchQueuedEvents();
+    /// Flushes requests, waits for events until `deadline` at most and hands those received to the handlers; false when
+    /// none came, or the server is gone.
+    bool waitForEvents(std::chrono::steady_clock::time_point deadline);
     /// Hands one event, taken from xcb by a component that waited for it, to the handlers.
     void dispatch(const xcb_generic_event_t& event);
 

@@ -1,0 +1,43 @@
+#include "platform/x11/desktop.h"
+
+#include "platform/x11/events.h"
+
+#include <utility>
+
+namespace brisk::x11 {
+
+std::unique_ptr<Desktop> Desktop::open(MainQueue& mainQueue, std::function<void()> explainTrust, const char* display) {
+    auto connection = Connection::open(display);
+    if (!connection) {
+        return nullptr;
+    }
+    // Before anything is read: what changes after that is then told.
+    follow(connection->xcb(), connection->root());
+    return std::unique_ptr<Desktop>(new Desktop(std::move(connection), mainQueue, std::move(explainTrust)));
+}
+
+Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, std::function<void()> explainTrust)
+    : connection_(std::move(connection)),
+      atoms_(*connection_),
+      windowManager_(*connection_, atoms_),
+      windowTracker_(*connection_, atoms_),
+      displays_(*connection_, windowTracker_),
+      windowMover_(*connection_, atoms_, windowManager_),
+      accessibility_(mainQueue, windowManager_, windowTracker_, displays_, windowMover_, std::move(explainTrust)),
+      workspace_(*connection_, windowManager_, windowTracker_), hotKeys_(*connection_, mainQueue) {
+    processEvents();
+    // The first command is not to pay for them.
+    displays_.screens();
+    windowManager_.isPresent();
+}
+
+void Desktop::processEvents() {
+    connection_->dispatchEvents();
+    windowMover_.endTurn();
+    accessibility_.endTurn();
+    windowTracker_.beginTurn();
+    windowTracker_.update();
+    xcb_flush(connection_->xcb());
+}
+
+} // namespace brisk::x11

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/main_queue.h"
+#include "platform/x11/accessibility.h"
+#include "platform/x11/atoms.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/displays.h"
+#include "platform/x11/hot_keys.h"
+#include "platform/x11/window_manager_peer.h"
+#include "platform/x11/window_mover.h"
+#include "platform/x11/window_tracker.h"
+#include "platform/x11/workspace.h"
+
+#include <functional>
+#include <memory>
+
+namespace brisk::x11 {
+
+/// The X11 desktop: one connection to the server and what the program needs of it. Main thread only.
+///
+/// The main loop watches `fileDescriptor` and calls `processEvents` when it is readable and each time before it sleeps.
+class Desktop {
+public:
+    /// Connects to the display named, as the DISPLAY environment variable has it where null; null when that fails.
+    /// `explainTrust` is called to tell the user that no window manager is there that can be asked to move windows.
+    static std::unique_ptr<Desktop> open(MainQueue& mainQueue, std::function<void()> explainTrust,
+                                         const char* display = nullptr);
+
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    ~Desktop() = default;
+
+    Connection& connection() { return *connection_; }
+    Displays& displays() { return displays_; }
+    WindowTracker& windows() { return windowTracker_; }
+    AccessibilityPlatform& accessibility() { return accessibility_; }
+    brisk::Workspace& workspace() { return workspace_; }
+    HotKeyService& hotKeys() { return hotKeys_; }
+
+    int fileDescriptor() const { return connection_->fileDescriptor(); }
+    /// True once the server is gone, and nothing works any more.
+    bool isBroken() const { return connection_->isBroken(); }
+
+    /// Takes in what the server has said, sends what was held back in this turn, and flushes.
+    void processEvents();
+
+private:
+    Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, std::function<void()> explainTrust);
+
+    std::unique_ptr<Connection> connection_;
+    Atoms atoms_;
+    WindowManagerPeer windowManager_;
+    WindowTracker windowTracker_;
+    Displays displays_;
+    WindowMover windowMover_;
+    Accessibility accessibility_;
+    Workspace workspace_;
+    HotKeys hotKeys_;
+};
+
+} // namespace brisk::x11

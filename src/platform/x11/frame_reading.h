@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/x11/atoms.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/pixel_rect.h"
+#include "platform/x11/properties.h"
+
+#include <optional>
+
+namespace brisk::x11 {
+
+/// Widths of what lies around a rectangle.
+struct Extents {
+    int left = 0;
+    int right = 0;
+    int top = 0;
+    int bottom = 0;
+};
+
+/// A window's place and what it bears on moving it, all from one moment.
+struct FrameReading {
+    /// The visible outer frame: title bar and borders included, the invisible shadows that a client draws around itself
+    /// not.
+    PixelRect frame;
+    /// The window manager's decoration around the client's rectangle.
+    Extents decoration;
+    /// The client's own shadows, inside its rectangle.
+    Extents shadow;
+    bool isMaximizedVertically = false;
+    bool isMaximizedHorizontally = false;
+    bool isFullscreen = false;
+    /// What the window manager lets be done, as long as no state above holds the window in place.
+    bool mayMove = true;
+    bool mayResize = true;
+
+    /// Whether a state holds the window in place, so that moves are ignored.
+    bool isHeld() const { return isMaximizedVertically || isMaximizedHorizontally || isFullscreen; }
+};
+
+/// All that a reading needs, asked at once: one round trip. Take the answer once.
+class FrameRequest {
+public:
+    FrameRequest(Connection& connection, const Atoms& atoms, xcb_window_t window);
+    /// None when the window is gone.
+    std::optional<FrameReading> take() const;
+
+private:
+    Connection& connection_;
+    const Atoms& atoms_;
+    xcb_translate_coordinates_cookie_t position_;
+    xcb_get_geometry_cookie_t geometry_;
+    PropertyRequest decoration_;
+    PropertyRequest shadow_;
+    PropertyRequest state_;
+    PropertyRequest allowedActions_;
+};
+
+} // namespace brisk::x11

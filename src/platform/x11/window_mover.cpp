@@ -1,0 +1,241 @@
+#include "platform/x11/window_mover.h"
+
+#include "platform/x11/events.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace brisk::x11 {
+
+namespace {
+
+/// Twice the slowest arrival seen on any window manager.
+constexpr std::chrono::milliseconds patience{150};
+
+/// Client message vocabulary of the Extended Window Manager Hints.
+constexpr std::uint32_t sourcePager = 2;
+constexpr std::uint32_t gravityNorthWest = 1;
+constexpr std::uint32_t hasX = 1U << 8U;
+constexpr std::uint32_t hasY = 1U << 9U;
+constexpr std::uint32_t hasWidth = 1U << 10U;
+constexpr std::uint32_t hasHeight = 1U << 11U;
+constexpr std::uint32_t sourceShift = 12;
+constexpr std::uint32_t stateRemove = 0;
+constexpr std::uint32_t stateAdd = 1;
+
+/// The server's coordinates are 16 bits wide.
+int roundedCoordinate(double value) {
+    return static_cast<int>(std::clamp(std::round(value), -32768.0, 32767.0));
+}
+
+std::uint32_t word(int value) {
+    return static_cast<std::uint32_t>(value);
+}
+
+} // namespace
+
+WindowMover::WindowMover(Connection& connection, const Atoms& atoms, WindowManagerPeer& windowManager)
+    : connection_(connection),
+      atoms_(atoms),
+      windowManager_(windowManager),
+      subscription_(connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); })) {}
+
+std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
+    sendHeldPosition();
+    std::optional<FrameReading> reading;
+    if (movement_ && movement_->window == window) {
+        const Movement movement = *std::exchange(movement_, std::nullopt);
+        reading = readUntil(movement, [&](const FrameReading& now) { return now.frame == movement.target; });
+    } else {
+        reading = ask(window);
+    }
+    return reading ? std::optional{reading->frame} : std::nullopt;
+}
+
+AXError WindowMover::setPosition(const WindowRef& window, CGPoint position) {
+    if (held_ && held_->window != window) {
+        sendHeldPosition();
+    }
+    const AXError error = prepare(window, &FrameReading::mayMove);
+    if (error == kAXErrorSuccess) {
+        held_ = HeldPosition{window, position};
+    }
+    return error;
+}
+
+AXError WindowMover::setSize(const WindowRef& window, CGSize size) {
+    if (held_ && held_->window != window) {
+        sendHeldPosition();
+    }
+    if (const AXError error = prepare(window, &FrameReading::mayResize); error != kAXErrorSuccess) {
+        return error;
+    }
+    const PixelRect current = currentFrame(window, reading_);
+    const CGPoint origin =
+        held_ ? held_->position : CGPoint{static_cast<double>(current.x), static_cast<double>(current.y)};
+    held_.reset();
+    const int x = roundedCoordinate(origin.x);
+    const int y = roundedCoordinate(origin.y);
+    send(window, reading_,
+         {.x = x,
+          .y = y,
+          .width = std::max(roundedCoordinate(origin.x + size.width) - x, 1),
+          .height = std::max(roundedCoordinate(origin.y + size.height) - y, 1)});
+    return kAXErrorSuccess;
+}
+
+void WindowMover::endTurn() {
+    sendHeldPosition();
+    readWindow_.reset();
+    if (movement_ && std::chrono::steady_clock::now() > movement_->deadline) {
+        movement_.reset();
+    }
+}
+
+void WindowMover::handle(const xcb_generic_event_t& event) {
+    if (typeOf(event) == XCB_CONFIGURE_NOTIFY) {
+        hasChanged_ = hasChanged_ || as<xcb_configure_notify_event_t>(event).window == awaited_;
+    } else if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
+        const auto& notify = as<xcb_property_notify_event_t>(event);
+        const bool mayMatter = notify.atom == atoms_.netWindowState || notify.atom == atoms_.netFrameExtents ||
+                               notify.atom == atoms_.gtkFrameExtents;
+        hasChanged_ = hasChanged_ || (mayMatter && notify.window == awaited_);
+    } else if (typeOf(event) == XCB_DESTROY_NOTIFY) {
+        hasChanged_ = hasChanged_ || as<xcb_destroy_notify_event_t>(event).window == awaited_;
+    }
+}
+
+void WindowMover::sendHeldPosition() {
+    const auto held = std::exchange(held_, std::nullopt);
+    if (!held || !held->window->exists || (readWindow_ != held->window && !ask(held->window))) {
+        return;
+    }
+    PixelRect target = currentFrame(held->window, reading_);
+    target.x = roundedCoordinate(held->position.x);
+    target.y = roundedCoordinate(held->position.y);
+    send(held->window, reading_, target);
+}
+
+void WindowMover::send(const WindowRef& window, const FrameReading& reading, PixelRect target) {
+    const PixelRect current = currentFrame(window, reading);
+    if (target == current) {
+        return;
+    }
+    const Extents& decoration = reading.decoration;
+    const Extents& shadow = reading.shadow;
+    // The position is the outer frame's, the size the client's; both include the shadows, which are the client's own.
+    // All in one message: two would show the frame in between.
+    std::uint32_t flags = gravityNorthWest | sourcePager << sourceShift;
+    flags |= target.x != current.x || target.y != current.y || reading.mayMove ? hasX | hasY : 0U;
+    flags |= target.width != current.width || target.height != current.height || reading.mayResize
+                 ? hasWidth | hasHeight
+                 : 0U;
+    const int width = target.width - decoration.left - decoration.right + shadow.left + shadow.right;
+    const int height = target.height - decoration.top - decoration.bottom + shadow.top + shadow.bottom;
+    windowManager_.send(window->id, atoms_.netMoveResizeWindow,
+                        {flags, word(target.x - shadow.left), word(target.y - shadow.top), word(std::max(width, 1)),
+                         word(std::max(height, 1))});
+    movement_ = {window, target, windowManager_.requestCheckpoint(), std::chrono::steady_clock::now() + patience};
+    xcb_flush(connection_.xcb());
+    // Extents and permissions stay; the frame is now where the movement goes.
+    readWindow_.reset();
+}
+
+PixelRect WindowMover::currentFrame(const WindowRef& window, const FrameReading& reading) const {
+    return movement_ && movement_->window == window ? movement_->target : reading.frame;
+}
+
+/// Makes sure that a reading of the window from this turn is there and lets it be moved or resized as asked.
+AXError WindowMover::prepare(const WindowRef& window, bool FrameReading::*permission) {
+    if (!window->exists) {
+        return kAXErrorInvalidUIElement;
+    }
+    if (!windowManager_.placesWindows()) {
+        return kAXErrorCannotComplete;
+    }
+    if (readWindow_ != window && !ask(window)) {
+        return kAXErrorInvalidUIElement;
+    }
+    const FrameReading before = reading_;
+    if (before.isHeld()) {
+        // Moves are ignored in these states, and the decoration and the permissions are others without them: wait until
+        // the state is off.
+        setStates(*window, before, stateRemove);
+        const Movement release{
+            window, {}, windowManager_.requestCheckpoint(), std::chrono::steady_clock::now() + patience};
+        movement_.reset();
+        if (!readUntil(release, [](const FrameReading&) { return false; })) {
+            return kAXErrorInvalidUIElement;
+        }
+    }
+    if (!reading_.isHeld() && reading_.*permission) {
+        return kAXErrorSuccess;
+    }
+    if (before.isHeld() && !reading_.isHeld()) {
+        // A refused write leaves the window as it was.
+        setStates(*window, before, stateAdd);
+        readWindow_.reset();
+    }
+    return kAXErrorCannotComplete;
+}
+
+void WindowMover::setStates(const Window& window, const FrameReading& states, std::uint32_t action) {
+    if (states.isFullscreen) {
+        windowManager_.send(window.id, atoms_.netWindowState,
+                            {action, atoms_.netWindowStateFullscreen, 0, sourcePager, 0});
+    }
+    const xcb_atom_t vertically = states.isMaximizedVertically ? atoms_.netWindowStateMaximizedVertically : 0;
+    const xcb_atom_t horizontally = states.isMaximizedHorizontally ? atoms_.netWindowStateMaximizedHorizontally : 0;
+    if (vertically != 0 || horizontally != 0) {
+        windowManager_.send(window.id, atoms_.netWindowState,
+                            {action, vertically != 0 ? vertically : horizontally,
+                             vertically != 0 ? horizontally : xcb_atom_t{0}, sourcePager, 0});
+    }
+}
+
+/// Reads the window as it is now and remembers the reading for this turn; none when it is gone.
+std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
+    readWindow_.reset();
+    if (!window->exists) {
+        return std::nullopt;
+    }
+    const FrameRequest request{connection_, atoms_, window->id};
+    const auto reading = request.take();
+    // The answer may be about a later window of the same id; the end of this one comes before it.
+    connection_.dispatchQueuedEvents();
+    if (!reading || !window->exists) {
+        return std::nullopt;
+    }
+    readWindow_ = window;
+    reading_ = *reading;
+    return reading;
+}
+
+/// Reads the window until the condition holds, the window manager has answered or the movement's time is up, whichever
+/// comes first, and returns the last reading.
+template <class Condition>
+std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Condition isDone) {
+    awaited_ = movement.window->id;
+    std::optional<FrameReading> reading;
+    for (;;) {
+        // Looked at before reading: only then the reading shows what the answer follows.
+        const bool hasAnswered = windowManager_.hasReached(movement.checkpoint);
+        hasChanged_ = false;
+        reading = ask(movement.window);
+        if (!reading || isDone(*reading) || hasAnswered) {
+            break;
+        }
+        bool isInTime = true;
+        while (isInTime && !hasChanged_ && !windowManager_.hasReached(movement.checkpoint)) {
+            isInTime = connection_.waitForEvents(movement.deadline);
+        }
+        if (!isInTime) {
+            break;
+        }
+    }
+    awaited_ = XCB_WINDOW_NONE;
+    return reading;
+}
+
+} // namespace brisk::x11

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "geometry/rectangle.h"
+#include "platform/accessibility_platform.h"
+#include "platform/x11/atoms.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/frame_reading.h"
+#include "platform/x11/window.h"
+#include "platform/x11/window_manager_peer.h"
+
+#include <chrono>
+#include <optional>
+
+namespace brisk::x11 {
+
+/// Reads and writes window frames, in coordinates of the root window (y down).
+///
+/// A position and a size written one after the other go out as one message, so that no intermediate frame is ever seen:
+/// a position is held until the size comes, the window is read, or the turn of the main loop ends. A write only asks,
+/// so that the window is on its way at once; the next read of that window waits, for a bounded time, until it has
+/// arrived.
+class WindowMover {
+public:
+    WindowMover(Connection& connection, const Atoms& atoms, WindowManagerPeer& windowManager);
+    WindowMover(const WindowMover&) = delete;
+    WindowMover& operator=(const WindowMover&) = delete;
+    ~WindowMover() = default;
+
+    /// The window's visible outer frame; none when it is gone.
+    std::optional<PixelRect> read(const WindowRef& window);
+
+    /// Asks for another top left corner or size of the visible outer frame; the edges are rounded to whole pixels, so
+    /// that neighbours keep sharing them. A maximized or fullscreen window is made an ordinary one first.
+    AXError setPosition(const WindowRef& window, CGPoint position);
+    AXError setSize(const WindowRef& window, CGSize size);
+
+    /// Sends what is held; what was read counts as out of date.
+    void endTurn();
+
+private:
+    struct HeldPosition {
+        WindowRef window;
+        CGPoint position;
+    };
+    /// A move under way.
+    struct Movement {
+        WindowRef window;
+        PixelRect target;
+        WindowManagerPeer::Checkpoint checkpoint;
+        std::chrono::steady_clock::time_point deadline;
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void sendHeldPosition();
+    void send(const WindowRef& window, const FrameReading& reading, PixelRect target);
+    PixelRect currentFrame(const WindowRef& window, const FrameReading& reading) const;
+    AXError prepare(const WindowRef& window, bool FrameReading::*permission);
+    void setStates(const Window& window, const FrameReading& states, std::uint32_t action);
+    std::optional<FrameReading> ask(const WindowRef& window);
+    template <class Condition>
+    std::optional<FrameReading> readUntil(const Movement& movement, Condition isDone);
+
+    Connection& connection_;
+    const Atoms& atoms_;
+    WindowManagerPeer& windowManager_;
+    std::optional<HeldPosition> held_;
+    std::optional<Movement> movement_;
+    /// What is known of one window in this turn; none after something was asked of it.
+    WindowRef readWindow_;
+    FrameReading reading_;
+    /// The window whose changes are waited for, and whether there was one.
+    xcb_window_t awaited_ = XCB_WINDOW_NONE;
+    bool hasChanged_ = false;
+    Connection::Subscription subscription_;
+};
+
+} // namespace brisk::x11
