@@ -22,10 +22,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Checked on the text: a tree that deep would have been built, at many times the size of the text, before it could be
-/// refused.
-bool isNestedDeeperThan(std::size_t limit, std::string_view text) {
+/// What would make the tree of `text` too deep or too large, if anything. Checked on the text: a tree takes many times
+/// its size, so it must not be built only to be refused.
+std::optional<SettingsDecodingError> exceededLimit(std::string_view text) {
     std::size_t depth = 0;
+    std::size_t values = 1;
     bool isInString = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char character = text[i];
@@ -38,14 +39,21 @@ bool isNestedDeeperThan(std::size_t limit, std::string_view text) {
         } else if (character == '"') {
             isInString = true;
         } else if (character == '[' || character == '{') {
-            if (++depth > limit) {
-                return true;
-            }
+            ++values;
+            ++depth;
+        } else if (character == ',') {
+            ++values;
         } else if ((character == ']' || character == '}') && depth > 0) {
             --depth;
         }
+        if (depth > maximumSettingsDepth) {
+            return SettingsDecodingError{"nested too deep"};
+        }
+        if (values > maximumSettingsValues) {
+            return SettingsDecodingError{"too many values"};
+        }
     }
-    return false;
+    return std::nullopt;
 }
 
 // Reading. Each overload of `read` takes a value of the type it fills, or throws.
@@ -232,8 +240,8 @@ Json layoutObjects(const std::vector<CustomWindowLayout>& layouts) {
 } // namespace
 
 std::variant<AppSettings, SettingsDecodingError> decodeSettings(std::string_view bytes) {
-    if (isNestedDeeperThan(maximumSettingsDepth, bytes)) {
-        return SettingsDecodingError{"nested too deep"};
+    if (auto error = exceededLimit(bytes)) {
+        return *std::move(error);
     }
     try {
         return AppSettings(readSettings(Json::parse(bytes)));

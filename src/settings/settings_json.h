@@ -11,6 +11,8 @@ namespace brisk {
 
 /// Deeper nesting of objects and arrays than this makes a file unreadable; the settings themselves nest five deep.
 inline constexpr std::size_t maximumSettingsDepth = 512;
+/// So do more values than this. A custom layout with a shortcut has fifteen.
+inline constexpr std::size_t maximumSettingsValues = 4'000'000;
 
 /// What is wrong with a settings file, in words for a developer.
 struct SettingsDecodingError {

@@ -141,6 +141,7 @@ TEST(SettingsJson, OneWrongValueMakesTheFileUnreadable) {
              Row{layoutWith("10", "null"), "columns: not a number"},
              Row{layoutWith(R"("id")", R"("isAvailableForDragging": 0, "id")"), "not a Boolean"},
              Row{repeated("[", 100'000), "too deep"},
+             Row{"[" + repeated("[],", maximumSettingsValues / 2) + "[]]", "too many values"},
              Row{R"({"other": )" + repeated(R"({"a":[)", 50'000) + repeated("]}", 50'000) + "}", "too deep"},
          }) {
         SCOPED_TRACE(row.text.substr(0, 200));
