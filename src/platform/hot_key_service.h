@@ -62,6 +62,25 @@ public:
     [[nodiscard]] virtual HotKeyRegistration RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                                  EventHotKeyID id) = 0;
     virtual void UnregisterEventHotKey(EventHotKeyRef hotKey) = 0;
+
+    /// Lets go of every combination, registrations stay: from the return of this call on their keys are keys like any
+    /// other. Registering goes on to work and takes effect later.
+    virtual void suspend() = 0;
+    /// Ends one `suspend`, and with the last one the combinations are taken again. One that another program has taken
+    /// meanwhile stays registered without effect until it can be had.
+    virtual void resume() = 0;
+};
+
+/// Hot keys are suspended for as long as this lives.
+class HotKeySuspension {
+public:
+    explicit HotKeySuspension(HotKeyService& service) : service_(service) { service_.suspend(); }
+    HotKeySuspension(const HotKeySuspension&) = delete;
+    HotKeySuspension& operator=(const HotKeySuspension&) = delete;
+    ~HotKeySuspension() { service_.resume(); }
+
+private:
+    HotKeyService& service_;
 };
 
 } // namespace brisk

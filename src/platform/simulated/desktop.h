@@ -5,6 +5,7 @@
 #include "platform/simulated/call_log.h"
 #include "platform/simulated/event_monitor.h"
 #include "platform/simulated/hot_keys.h"
+#include "platform/simulated/key_input.h"
 #include "platform/simulated/main_queue.h"
 #include "platform/simulated/wall_clock.h"
 #include "platform/simulated/workspace.h"
@@ -37,6 +38,7 @@ public:
     Accessibility accessibility{log, applications};
     Workspace workspace{log, ownProcess};
     HotKeys hotKeys{log};
+    KeyInput keyInput{log};
     EventMonitor eventMonitor{log};
     MainQueue mainQueue;
     WallClock wallClock;

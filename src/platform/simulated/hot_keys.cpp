@@ -8,7 +8,8 @@ namespace brisk::simulated {
 std::optional<OSStatus> HotKeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
     const auto pressed = std::ranges::find_if(
         hotKeys_, [&](const auto& entry) { return entry.second.combination == Combination(keyCode, modifiers); });
-    return pressed == hotKeys_.end() ? std::nullopt : deliver(pressed->second.id);
+    const bool isOurs = pressed != hotKeys_.end() && !isSuspended() && !heldElsewhere.contains({keyCode, modifiers});
+    return isOurs ? deliver(pressed->second.id) : std::nullopt;
 }
 
 std::optional<OSStatus> HotKeys::deliver(std::optional<EventHotKeyID> id) {
@@ -38,9 +39,9 @@ HotKeyRegistration HotKeys::RegisterEventHotKey(std::uint32_t keyCode, std::uint
     log_.record("RegisterEventHotKey " + std::to_string(keyCode) + " " + std::to_string(modifiers) + " as " +
                 std::to_string(id.id));
     const Combination combination{keyCode, modifiers};
-    const bool isHeld = heldElsewhere.contains(combination) || std::ranges::any_of(hotKeys_, [&](const auto& entry) {
-                            return entry.second.combination == combination;
-                        });
+    const bool isHeld =
+        (heldElsewhere.contains(combination) && !isSuspended()) ||
+        std::ranges::any_of(hotKeys_, [&](const auto& entry) { return entry.second.combination == combination; });
     if (isHeld) {
         return {.status = eventHotKeyExistsErr};
     }
@@ -55,6 +56,16 @@ void HotKeys::UnregisterEventHotKey(EventHotKeyRef hotKey) {
     if (registered != hotKeys_.end()) {
         hotKeys_.erase(registered);
     }
+}
+
+void HotKeys::suspend() {
+    log_.record("suspend");
+    ++suspensions_;
+}
+
+void HotKeys::resume() {
+    log_.record("resume");
+    --suspensions_;
 }
 
 } // namespace brisk::simulated

@@ -27,6 +27,7 @@ public:
     /// An event reaches the installed handler as the system might send it, with any id or none.
     std::optional<OSStatus> deliver(std::optional<EventHotKeyID> id);
 
+    bool isSuspended() const { return suspensions_ > 0; }
     std::size_t registeredCount() const { return hotKeys_.size(); }
 
     [[nodiscard]] EventHandlerInstallation InstallEventHandler(HotKeyPressedHandler handler) override;
@@ -34,6 +35,8 @@ public:
     [[nodiscard]] HotKeyRegistration RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                          EventHotKeyID id) override;
     void UnregisterEventHotKey(EventHotKeyRef hotKey) override;
+    void suspend() override;
+    void resume() override;
 
 private:
     struct HotKey {
@@ -45,6 +48,7 @@ private:
     std::map<EventHotKeyRef, HotKey> hotKeys_;
     std::map<EventHandlerRef, HotKeyPressedHandler> handlers_;
     std::uint64_t lastReference_ = 0;
+    int suspensions_ = 0;
 };
 
 } // namespace brisk::simulated
