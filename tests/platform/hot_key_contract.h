@@ -113,6 +113,24 @@ TEST_P(HotKeyContract, UnregisteringFreesTheCombination) {
     expectPresses({101, 102});
 }
 
+TEST_P(HotKeyContract, SuspendedKeysAreKeysLikeAnyOther) {
+    ASSERT_EQ(registerKey(keyC, controlKey | optionKey, 100).status, noErr);
+    ASSERT_EQ(registerKey(keyLeftArrow, controlKey | optionKey, 101).status, noErr);
+    {
+        const HotKeySuspension outer(hotKeys());
+        const HotKeySuspension inner(hotKeys());
+        press(keyC, controlKey | optionKey);
+        EXPECT_TRUE(platform().holdElsewhere(keyC, controlKey | optionKey)) << "free for another program";
+        EXPECT_EQ(registerKey(keyK, controlKey | optionKey, 102).status, noErr);
+        EXPECT_EQ(registerKey(keyC, controlKey | optionKey, 103).status, eventHotKeyExistsErr) << "ours already";
+        press(keyK, controlKey | optionKey);
+    }
+    press(keyC, controlKey | optionKey);
+    press(keyK, controlKey | optionKey);
+    press(keyLeftArrow, controlKey | optionKey);
+    expectPresses({102, 101});
+}
+
 TEST_P(HotKeyContract, ARemovedHandlerHearsNothing) {
     ASSERT_EQ(registerKey(keyC, controlKey | optionKey, 100).status, noErr);
     hotKeys().RemoveEventHandler(handler());

@@ -5,6 +5,7 @@
 #include "platform/x11/xkb.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace brisk::x11 {
@@ -88,7 +89,7 @@ HotKeyRegistration HotKeys::RegisterEventHotKey(std::uint32_t keyCode, std::uint
     if (!isTaken) {
         grab({&hotKey});
     }
-    if (!hotKey.grabbed) {
+    if (isTaken || (!hotKey.grabbed && suspensions_ == 0)) {
         return {.status = eventHotKeyExistsErr};
     }
     ++lastReference_;
@@ -104,7 +105,29 @@ void HotKeys::UnregisterEventHotKey(EventHotKeyRef hotKey) {
     }
 }
 
+void HotKeys::suspend() {
+    if (suspensions_++ > 0) {
+        return;
+    }
+    for (HotKey& hotKey : hotKeys_) {
+        release(hotKey);
+    }
+    xcb_connection_t* const xcb = connection_.xcb();
+    // An answer: the server has carried out what was asked before.
+    const Reply<xcb_get_input_focus_reply_t> answer{xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr)};
+}
+
+void HotKeys::resume() {
+    assert(suspensions_ > 0);
+    if (--suspensions_ == 0) {
+        grabAll();
+    }
+}
+
 void HotKeys::grab(const std::vector<HotKey*>& hotKeys) {
+    if (suspensions_ > 0) {
+        return;
+    }
     struct Attempt {
         HotKey* hotKey;
         std::array<xcb_void_cookie_t, 4> cookies;
@@ -207,14 +230,20 @@ void HotKeys::followTheMap() {
     if (!map) {
         return;
     }
-    std::vector<HotKey*> all;
-    for (HotKey& hotKey : hotKeys_) {
-        if (*map != modifierMap_) {
+    if (*map != modifierMap_) {
+        for (HotKey& hotKey : hotKeys_) {
             release(hotKey);
         }
-        all.push_back(&hotKey);
     }
     modifierMap_ = *map;
+    grabAll();
+}
+
+void HotKeys::grabAll() {
+    std::vector<HotKey*> all;
+    for (HotKey& hotKey : hotKeys_) {
+        all.push_back(&hotKey);
+    }
     grab(all);
 }
 

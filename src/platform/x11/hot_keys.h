@@ -37,7 +37,7 @@ private:
 /// Hot keys as key grabs on the root window. Command is Super and Option is Alt, wherever the keyboard map has them.
 ///
 /// A registration outlives changes of the keyboard map: where a new map leaves no combination for it, or another client
-/// has that one, it stays recorded and is tried again with the next change.
+/// has that one, it stays recorded and is tried again with the next change. So it is after a suspension.
 class HotKeys final : public HotKeyService {
 public:
     HotKeys(Connection& connection, MainQueue& queue);
@@ -49,6 +49,8 @@ public:
     void RemoveEventHandler(EventHandlerRef handler) override;
     HotKeyRegistration RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID id) override;
     void UnregisterEventHotKey(EventHotKeyRef hotKey) override;
+    void suspend() override;
+    void resume() override;
 
 private:
     struct Handler {
@@ -72,8 +74,9 @@ private:
     void scheduleFollowingTheMap();
     void followTheMap();
 
-    /// Grabs what of these is not grabbed yet, all of it in one round trip.
+    /// Grabs what of these is not grabbed yet, all of it in one round trip; nothing while suspended.
     void grab(const std::vector<HotKey*>& hotKeys);
+    void grabAll();
     void release(HotKey& hotKey);
     bool isGrabbed(xcb_keycode_t keyCode, std::uint16_t mask) const;
 
@@ -84,6 +87,7 @@ private:
     std::vector<Handler> handlers_;
     std::vector<HotKey> hotKeys_;
     std::uint64_t lastReference_ = 0;
+    int suspensions_ = 0;
     KeyRepeat repeat_{KeyRepeat::Style::releasesAndPresses};
     /// The number of the keyboard extension's events, 0 without it (no event has that).
     std::uint8_t xkbEvent_ = 0;
