@@ -71,6 +71,7 @@ int main(int, char** argv) {
         std::make_shared<AppDelegate>(DesktopServices{.accessibility = desktop->accessibility(),
                                                       .workspace = desktop->workspace(),
                                                       .hotKeys = desktop->hotKeys(),
+                                                      .keyInput = desktop->keyInput(),
                                                       .eventMonitor = desktop->eventMonitor(),
                                                       .mainQueue = mainQueue,
                                                       .wallClock = wallClock},

@@ -55,10 +55,10 @@ protected:
     simulated::ApplicationRef editor = desktop.launchInFront("Editor", start);
     simulated::WindowRef window = editor->windows.front();
     SettingsFolders folders{.home = home.path(), .applicationSupport = home.path() / "data"};
-    std::shared_ptr<AppDelegate> delegate =
-        std::make_shared<AppDelegate>(DesktopServices{desktop.accessibility, desktop.workspace, desktop.hotKeys,
-                                                      desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
-                                      presentation(), folders);
+    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
+        DesktopServices{desktop.accessibility, desktop.workspace, desktop.hotKeys, desktop.keyInput,
+                        desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
+        presentation(), folders);
 };
 
 TEST_F(AppDelegateTest, StartsInAnOrderThatMatters) {

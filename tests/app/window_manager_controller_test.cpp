@@ -43,7 +43,7 @@ protected:
     simulated::ApplicationRef application = desktop.launchInFront("Editor", start);
     simulated::WindowRef window = application->windows.front();
     std::shared_ptr<WindowManagerController> controller =
-        WindowManagerController::create({desktop.accessibility, desktop.workspace, desktop.hotKeys,
+        WindowManagerController::create({desktop.accessibility, desktop.workspace, desktop.hotKeys, desktop.keyInput,
                                          desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
                                         alerts, {.home = home.path(), .applicationSupport = home.path() / "data"},
                                         [] { return std::make_unique<NoOverlay>(); });

@@ -24,7 +24,9 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       displays_(*connection_, windowTracker_),
       windowMover_(*connection_, atoms_, windowManager_),
       accessibility_(mainQueue, windowManager_, windowTracker_, displays_, windowMover_, std::move(explainTrust)),
-      workspace_(*connection_, windowManager_, windowTracker_), hotKeys_(*connection_, mainQueue) {
+      workspace_(*connection_, windowManager_, windowTracker_),
+      hotKeys_(*connection_, mainQueue),
+      keyInput_(*connection_) {
     processEvents();
     // The first command is not to pay for them.
     displays_.screens();

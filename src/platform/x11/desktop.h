@@ -6,6 +6,7 @@
 #include "platform/x11/connection.h"
 #include "platform/x11/displays.h"
 #include "platform/x11/hot_keys.h"
+#include "platform/x11/key_input.h"
 #include "platform/x11/window_manager_peer.h"
 #include "platform/x11/window_mover.h"
 #include "platform/x11/window_tracker.h"
@@ -36,6 +37,7 @@ public:
     AccessibilityPlatform& accessibility() { return accessibility_; }
     brisk::Workspace& workspace() { return workspace_; }
     HotKeyService& hotKeys() { return hotKeys_; }
+    brisk::KeyInput& keyInput() { return keyInput_; }
 
     int fileDescriptor() const { return connection_->fileDescriptor(); }
     /// True once the server is gone, and nothing works any more.
@@ -56,6 +58,7 @@ private:
     Accessibility accessibility_;
     Workspace workspace_;
     HotKeys hotKeys_;
+    KeyInput keyInput_;
 };
 
 } // namespace brisk::x11
