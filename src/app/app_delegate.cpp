@@ -29,17 +29,14 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     statusItem_->updateMenu();
 
-    windowController_ =
-        WindowManagerController::create(desktop_, presentation_.alerts, folders_, presentation_.makeOverlay);
+    windowController_ = WindowManagerController::create(desktop_, presentation_, folders_);
     windowController_->onSettingsChanged = [weak] {
         if (const auto self = weak.lock()) {
             self->settingsChanged();
         }
     };
     registerHotKeys();
-    if (!desktop_.accessibility.AXIsProcessTrusted()) {
-        desktop_.accessibility.AXIsProcessTrustedWithOptions(AXTrustedCheckOptionPrompt::yes);
-    }
+    leadIntoFirstRun();
     updater_ = presentation_.makeUpdater();
 }
 
@@ -47,6 +44,26 @@ void AppDelegate::applicationWillTerminate() {
     if (windowController_) {
         windowController_->dragSnapController().stop();
         windowController_->settingsStore().ioQueue().sync([] {});
+    }
+}
+
+void AppDelegate::leadIntoFirstRun() {
+    if (!windowController_->settingsStore().settings.hasCompletedOnboarding) {
+        windowController_->showOnboarding();
+    } else if (!desktop_.accessibility.AXIsProcessTrusted()) {
+        desktop_.accessibility.AXIsProcessTrustedWithOptions(AXTrustedCheckOptionPrompt::yes);
+    }
+}
+
+void AppDelegate::showSettings() {
+    if (windowController_) {
+        windowController_->showSettings(windowController_->settingsWindowController().lastConfigurationPane());
+    }
+}
+
+void AppDelegate::showAbout() {
+    if (windowController_) {
+        windowController_->showSettings(SettingsPane::about);
     }
 }
 
@@ -66,7 +83,11 @@ void AppDelegate::perform(const MenuItem& item) {
         presentation_.application.terminate();
         break;
     case MenuAction::showSettings:
+        showSettings();
+        break;
     case MenuAction::showAbout:
+        showAbout();
+        break;
     case MenuAction::none:
         break;
     }

@@ -1,26 +1,14 @@
 #pragma once
 
-#include "app/alert_presenter.h"
-#include "app/application.h"
-#include "app/status_item.h"
+#include "app/menu.h"
+#include "app/presentation.h"
 #include "app/window_manager_controller.h"
 #include "hotkeys/command_hot_key_registry.h"
 #include "platform/desktop_services.h"
-#include "platform/updater.h"
 
-#include <functional>
 #include <memory>
 
 namespace brisk {
-
-/// What shows the program to the user, made when the delegate asks for it. Main thread only; outlives the delegate.
-struct Presentation {
-    Application& application;
-    AlertPresenter& alerts;
-    std::function<std::unique_ptr<StatusItem>(StatusItem::Callbacks)> makeStatusItem;
-    std::function<std::unique_ptr<Updater>()> makeUpdater;
-    WindowManagerController::MakeOverlay makeOverlay;
-};
 
 /// The program's beginning and end, its status item, and the road from a hot key or menu item to the controller. Main
 /// thread only; held by a shared pointer, since what it starts refers to it weakly.
@@ -35,6 +23,9 @@ public:
     /// Closing a window never ends the program.
     static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 
+    /// Opens the settings window, on the last configuration pane or on About. Nothing happens before launch.
+    void showSettings();
+    void showAbout();
     /// Does what a chosen menu item stands for.
     void perform(const MenuItem& item);
 
@@ -44,6 +35,7 @@ public:
 private:
     Menu menuNeedsUpdate();
     void registerHotKeys();
+    void leadIntoFirstRun();
     void settingsChanged();
     void runCommandLater(const CommandIdentifier& command);
 

@@ -30,22 +30,21 @@ struct DisplayTitle {
 } // namespace
 
 std::shared_ptr<WindowManagerController> WindowManagerController::create(const DesktopServices& desktop,
-                                                                         AlertPresenter& alerts,
-                                                                         const SettingsFolders& folders,
-                                                                         MakeOverlay makeOverlay) {
-    std::shared_ptr<WindowManagerController> controller(new WindowManagerController(desktop, alerts, folders));
-    controller->attachDragSnapping(std::move(makeOverlay));
+                                                                         const Presentation& presentation,
+                                                                         const SettingsFolders& folders) {
+    std::shared_ptr<WindowManagerController> controller(new WindowManagerController(desktop, presentation, folders));
+    controller->attachDragSnapping();
     return controller;
 }
 
-WindowManagerController::WindowManagerController(const DesktopServices& desktop, AlertPresenter& alerts,
+WindowManagerController::WindowManagerController(const DesktopServices& desktop, const Presentation& presentation,
                                                  const SettingsFolders& folders)
     : desktop_(desktop),
-      alerts_(alerts),
+      presentation_(presentation),
       settingsStore_(defaultFileURL(folders), folders, desktop.wallClock),
       windowManager_(desktop.accessibility) {}
 
-void WindowManagerController::attachDragSnapping(MakeOverlay makeOverlay) {
+void WindowManagerController::attachDragSnapping() {
     const auto weak = weak_from_this();
     dragSnapController_ = std::make_shared<WindowDragSnapController>(
         windowManager_, desktop_.accessibility, desktop_.eventMonitor, desktop_.mainQueue,
@@ -53,7 +52,8 @@ void WindowManagerController::attachDragSnapping(MakeOverlay makeOverlay) {
             .appProvider = [weak]() -> RunningApplicationRef {
                 const auto self = weak.lock();
                 // While a modal dialog of ours is open nothing is laid out, so no drag is followed either.
-                return self && !self->alerts_.isRunningModal() ? self->frontmostOtherApplication() : nullptr;
+                return self && !self->presentation_.alerts.isRunningModal() ? self->frontmostOtherApplication()
+                                                                            : nullptr;
             },
             .builtInLayoutsProvider =
                 [weak] {
@@ -77,7 +77,7 @@ void WindowManagerController::attachDragSnapping(MakeOverlay makeOverlay) {
                         self->applyTarget(target, application);
                     }
                 },
-            .makeOverlay = std::move(makeOverlay),
+            .makeOverlay = presentation_.makeOverlay,
         });
     dragSnapController_->start();
 }
@@ -92,12 +92,12 @@ std::vector<WindowLayout> WindowManagerController::dragEnabledBuiltInLayouts() c
 }
 
 void WindowManagerController::runCommand(const CommandIdentifier& command) {
-    if (alerts_.isRunningModal()) {
+    if (presentation_.alerts.isRunningModal()) {
         return;
     }
     const RunningApplicationRef application = targetApplication();
     if (!application) {
-        alerts_.runModal(
+        presentation_.alerts.runModal(
             {.messageText = "No active app window",
              .informativeText = "Switch to the application whose window you want to manage, then try again."});
         return;
@@ -130,6 +130,57 @@ bool WindowManagerController::rememberFrontmostApplication() {
     return true;
 }
 
+SettingsWindow& WindowManagerController::settingsWindowController() {
+    if (!settingsWindowController_) {
+        const auto weak = weak_from_this();
+        settingsWindowController_ = presentation_.makeSettingsWindow(
+            settingsStore_,
+            {
+                .onSettingsChanged =
+                    [weak] {
+                        const auto self = weak.lock();
+                        if (self && self->onSettingsChanged) {
+                            self->onSettingsChanged();
+                        }
+                    },
+                .onClose =
+                    [weak] {
+                        if (const auto self = weak.lock()) {
+                            self->presentation_.application.setActivationPolicy(ActivationPolicy::accessory);
+                        }
+                    },
+            });
+    }
+    return *settingsWindowController_;
+}
+
+void WindowManagerController::showSettings(SettingsPane pane) {
+    presentation_.application.setActivationPolicy(ActivationPolicy::regular);
+    settingsWindowController().show(pane);
+}
+
+void WindowManagerController::showOnboarding() {
+    if (!onboardingWindowController_) {
+        onboardingWindowController_ = presentation_.makeOnboardingWindow([weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->onboardingFinished();
+            }
+        });
+    }
+    presentation_.application.setActivationPolicy(ActivationPolicy::regular);
+    onboardingWindowController_->showWindow();
+}
+
+void WindowManagerController::onboardingFinished() {
+    presentation_.application.setActivationPolicy(ActivationPolicy::accessory);
+    if (!settingsStore_.settings.hasCompletedOnboarding) {
+        settingsStore_.settings.hasCompletedOnboarding = true;
+        settingsStore_.save();
+    }
+    // Last: this call comes from the window that goes here.
+    onboardingWindowController_.reset();
+}
+
 WindowActionResult WindowManagerController::apply(const WindowDragTarget& target,
                                                   const RunningApplication& application) {
     const auto gap = static_cast<double>(settingsStore_.settings.windowGap);
@@ -142,7 +193,7 @@ WindowActionResult WindowManagerController::apply(const WindowDragTarget& target
 void WindowManagerController::applyTarget(const WindowDragTarget& target, const RunningApplicationRef& application) {
     if (!desktop_.accessibility.AXIsProcessTrusted()) {
         desktop_.accessibility.AXIsProcessTrustedWithOptions(AXTrustedCheckOptionPrompt::yes);
-        alerts_.runModal(
+        presentation_.alerts.runModal(
             {.messageText = "Allow Brisk to manage windows",
              .informativeText = "macOS needs Accessibility permission before Brisk can resize and move windows."});
         return;
@@ -152,14 +203,15 @@ void WindowManagerController::applyTarget(const WindowDragTarget& target, const 
     case WindowActionResult::nothingToRestore:
         break;
     case WindowActionResult::noWindow:
-        alerts_.runModal({.messageText = "Could not find window",
-                          .informativeText = "Brisk could not find a focused window for " +
-                                             application->localizedName().value_or("the active app") + "."});
+        presentation_.alerts.runModal({.messageText = "Could not find window",
+                                       .informativeText = "Brisk could not find a focused window for " +
+                                                          application->localizedName().value_or("the active app") +
+                                                          "."});
         break;
     case WindowActionResult::failed:
-        alerts_.runModal({.messageText = "Could not apply " + std::visit(DisplayTitle{}, target),
-                          .informativeText = application->localizedName().value_or("The active app") +
-                                             " did not accept the requested window frame."});
+        presentation_.alerts.runModal({.messageText = "Could not apply " + std::visit(DisplayTitle{}, target),
+                                       .informativeText = application->localizedName().value_or("The active app") +
+                                                          " did not accept the requested window frame."});
         break;
     }
 }

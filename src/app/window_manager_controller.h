@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/alert_presenter.h"
+#include "app/presentation.h"
 #include "drag/window_drag_snap_controller.h"
 #include "platform/desktop_services.h"
 #include "settings/settings_store.h"
@@ -19,11 +19,9 @@ namespace brisk {
 /// thread only. Callbacks that it hands out hold it weakly.
 class WindowManagerController : public std::enable_shared_from_this<WindowManagerController> {
 public:
-    using MakeOverlay = std::function<std::unique_ptr<WindowDragOverlay>()>;
-
     /// Loads the settings, then starts to watch for drags. What is referred to outlives the controller.
-    static std::shared_ptr<WindowManagerController> create(const DesktopServices& desktop, AlertPresenter& alerts,
-                                                           const SettingsFolders& folders, MakeOverlay makeOverlay);
+    static std::shared_ptr<WindowManagerController>
+    create(const DesktopServices& desktop, const Presentation& presentation, const SettingsFolders& folders);
 
     /// Carries out the command of a hot key or a menu item on the application the user works in. An unknown identifier
     /// does nothing; while a modal dialog of this program is open every command is ignored.
@@ -40,6 +38,13 @@ public:
     /// before it opens: whoever is in front then is whose window its commands mean.
     bool rememberFrontmostApplication();
 
+    /// The settings window, made on first use; the same ever after.
+    SettingsWindow& settingsWindowController();
+    /// Shows it on that pane, with the program among the applications that the user switches between until it closes.
+    void showSettings(SettingsPane pane);
+    /// Shows the first-run guide, or brings it to the front. However it ends, it is not shown at the next start.
+    void showOnboarding();
+
     SettingsStore& settingsStore() { return settingsStore_; }
     const SettingsStore& settingsStore() const { return settingsStore_; }
     WindowDragSnapController& dragSnapController() { return *dragSnapController_; }
@@ -49,17 +54,21 @@ public:
     std::function<void()> onSettingsChanged;
 
 private:
-    WindowManagerController(const DesktopServices& desktop, AlertPresenter& alerts, const SettingsFolders& folders);
+    WindowManagerController(const DesktopServices& desktop, const Presentation& presentation,
+                            const SettingsFolders& folders);
 
-    void attachDragSnapping(MakeOverlay makeOverlay);
+    void attachDragSnapping();
+    void onboardingFinished();
     std::vector<WindowLayout> dragEnabledBuiltInLayouts() const;
     WindowActionResult apply(const WindowDragTarget& target, const RunningApplication& application);
 
     DesktopServices desktop_;
-    AlertPresenter& alerts_;
+    Presentation presentation_;
     SettingsStore settingsStore_;
     WindowManager windowManager_;
     std::shared_ptr<WindowDragSnapController> dragSnapController_;
+    std::unique_ptr<SettingsWindow> settingsWindowController_;
+    std::unique_ptr<OnboardingWindow> onboardingWindowController_;
     RunningApplicationRef previousApplication_;
 };
 

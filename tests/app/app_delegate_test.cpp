@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,23 +26,6 @@ constexpr std::uint32_t controlOption = controlKey | optionKey;
 
 class AppDelegateTest : public testing::Test {
 protected:
-    Presentation presentation() {
-        return {
-            .application = application,
-            .alerts = alerts,
-            .makeStatusItem =
-                [this](StatusItem::Callbacks callbacks) {
-                    auto item = std::make_unique<RecordingStatusItem>(desktop.log, std::move(callbacks));
-                    statusItem = item.get();
-                    return item;
-                },
-            .makeUpdater =
-                [this] {
-                    desktop.log.record("makeUpdater");
-                    return std::make_unique<RecordingUpdater>(desktop.log);
-                },
-        };
-    }
     /// Where the call stands in the desktop's log; the end if it was not made.
     std::ptrdiff_t position(const std::string& call) const {
         return std::ranges::find(desktop.log.calls(), call) - desktop.log.calls().begin();
@@ -49,16 +33,12 @@ protected:
 
     TemporaryFolder home;
     simulated::Desktop desktop;
-    RecordingAlerts alerts;
-    RecordingApplication application{desktop.log};
-    RecordingStatusItem* statusItem = nullptr;
+    RecordingPresentation shown{desktop.log};
     simulated::ApplicationRef editor = desktop.launchInFront("Editor", start);
     simulated::WindowRef window = editor->windows.front();
     SettingsFolders folders{.home = home.path(), .applicationSupport = home.path() / "data"};
-    std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(
-        DesktopServices{desktop.accessibility, desktop.workspace, desktop.hotKeys, desktop.keyInput,
-                        desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
-        presentation(), folders);
+    std::shared_ptr<AppDelegate> delegate =
+        std::make_shared<AppDelegate>(desktop.services(), shown.presentation(), folders);
 };
 
 TEST_F(AppDelegateTest, StartsInAnOrderThatMatters) {
@@ -70,6 +50,7 @@ TEST_F(AppDelegateTest, StartsInAnOrderThatMatters) {
                                             "InstallEventHandler",
                                             "RegisterEventHotKey 125 6144 as 100",
                                             "RegisterEventHotKey 34 6144 as 110",
+                                            "show onboarding",
                                             "makeUpdater"};
     std::vector<std::string> inOrder = expected;
     std::ranges::sort(inOrder, {}, [&](const std::string& call) { return position(call); });
@@ -86,15 +67,15 @@ TEST_F(AppDelegateTest, AHotKeyRunsItsCommandAndTheMenuDoesTheSame) {
     desktop.mainQueue.run();
     EXPECT_EQ(window->frame, leftHalf);
 
-    statusItem->open();
+    shown.statusItem->open();
     desktop.workspace.frontmost = std::make_shared<simulated::Application>(simulated::Desktop::ownProcess, "Brisk");
-    const auto maximize = std::ranges::find(statusItem->menu.items, "Maximize", &MenuItem::title);
-    ASSERT_NE(maximize, statusItem->menu.items.end());
-    statusItem->choose(*maximize);
+    const auto maximize = std::ranges::find(shown.statusItem->menu.items, "Maximize", &MenuItem::title);
+    ASSERT_NE(maximize, shown.statusItem->menu.items.end());
+    shown.statusItem->choose(*maximize);
     EXPECT_EQ(window->frame.width(), 1440) << "acts on the application in front when the menu opened";
-    statusItem->choose({.action = MenuAction::runWindowCommand});
-    statusItem->choose({.action = MenuAction::checkForUpdates});
-    statusItem->choose({.action = MenuAction::quit});
+    shown.statusItem->choose({.action = MenuAction::runWindowCommand});
+    shown.statusItem->choose({.action = MenuAction::checkForUpdates});
+    shown.statusItem->choose({.action = MenuAction::quit});
     EXPECT_THAT(desktop.log.calls(), Contains("checkForUpdates"));
     EXPECT_THAT(desktop.log.calls(), Contains("terminate"));
 }
@@ -102,20 +83,57 @@ TEST_F(AppDelegateTest, AHotKeyRunsItsCommandAndTheMenuDoesTheSame) {
 TEST_F(AppDelegateTest, PressesWhileAnAlertIsOpenAreDroppedNotQueued) {
     delegate->applicationDidFinishLaunching();
     desktop.workspace.frontmost = nullptr;
-    alerts.whileOpen = [&] {
+    shown.alerts.whileOpen = [&] {
         desktop.workspace.frontmost = editor;
         desktop.hotKeys.press(123, controlOption);
         desktop.mainQueue.run();
     };
     desktop.hotKeys.press(123, controlOption);
     desktop.mainQueue.run();
-    EXPECT_EQ(alerts.alerts.size(), 1U);
+    EXPECT_EQ(shown.alerts.alerts.size(), 1U);
     desktop.mainQueue.run();
     EXPECT_EQ(window->frame, start);
 
     desktop.hotKeys.press(123, controlOption);
     desktop.mainQueue.run();
     EXPECT_EQ(window->frame, leftHalf) << "and once it is closed they count again";
+}
+
+TEST_F(AppDelegateTest, ShowsTheGuideAtTheFirstStartAndAsksForPermissionAtLaterOnes) {
+    desktop.accessibility.isTrusted = false;
+    delegate->applicationDidFinishLaunching();
+    EXPECT_THAT(desktop.log.calls(), Contains("show onboarding"));
+    EXPECT_THAT(desktop.log.calls(), testing::Not(Contains("AXIsProcessTrustedWithOptions prompt")));
+    shown.onboardingWindow->close();
+    delegate->applicationWillTerminate();
+    delegate.reset();
+
+    for (const bool isTrusted : {false, true}) {
+        SCOPED_TRACE(isTrusted);
+        desktop.accessibility.isTrusted = isTrusted;
+        desktop.log.clear();
+        const auto later = std::make_shared<AppDelegate>(desktop.services(), shown.presentation(), folders);
+        later->applicationDidFinishLaunching();
+        EXPECT_THAT(desktop.log.calls(), testing::Not(Contains("show onboarding")));
+        EXPECT_THAT(desktop.log.calls(), Contains("AXIsProcessTrustedWithOptions prompt").Times(isTrusted ? 0 : 1));
+        EXPECT_TRUE(shown.alerts.alerts.empty());
+    }
+}
+
+TEST_F(AppDelegateTest, OpensTheSettingsWhereTheUserLeftThem) {
+    delegate->showSettings();
+    delegate->showAbout();
+    delegate->applicationDidFinishLaunching();
+    desktop.log.clear();
+    delegate->perform({.action = MenuAction::showSettings});
+    shown.settingsWindow->show(SettingsPane::windows);
+    delegate->perform({.action = MenuAction::showAbout});
+    delegate->perform({.action = MenuAction::showSettings});
+    std::vector<std::string> shownPanes;
+    std::ranges::copy_if(desktop.log.calls(), std::back_inserter(shownPanes),
+                         [](const std::string& call) { return call.starts_with("show settings"); });
+    EXPECT_THAT(shownPanes, ElementsAre("show settings General", "show settings Windows", "show settings About",
+                                        "show settings Windows"));
 }
 
 TEST_F(AppDelegateTest, ChangedSettingsAreInForceAtOnce) {

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -22,13 +23,6 @@ using testing::IsEmpty;
 constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
 constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
 
-class NoOverlay final : public WindowDragOverlay {
-public:
-    void show(const std::vector<WindowDragZone>&, const std::optional<CommandIdentifier>&, const ScreenInfo&) override {
-    }
-    void hide() override {}
-};
-
 class WindowManagerControllerTest : public testing::Test {
 protected:
     /// This program, as the desktop sees it when one of its windows is in front.
@@ -39,14 +33,12 @@ protected:
 
     TemporaryFolder home;
     simulated::Desktop desktop;
-    RecordingAlerts alerts;
+    RecordingPresentation shown{desktop.log};
+    RecordingAlerts& alerts = shown.alerts;
     simulated::ApplicationRef application = desktop.launchInFront("Editor", start);
     simulated::WindowRef window = application->windows.front();
-    std::shared_ptr<WindowManagerController> controller =
-        WindowManagerController::create({desktop.accessibility, desktop.workspace, desktop.hotKeys, desktop.keyInput,
-                                         desktop.eventMonitor, desktop.mainQueue, desktop.wallClock},
-                                        alerts, {.home = home.path(), .applicationSupport = home.path() / "data"},
-                                        [] { return std::make_unique<NoOverlay>(); });
+    std::shared_ptr<WindowManagerController> controller = WindowManagerController::create(
+        desktop.services(), shown.presentation(), {.home = home.path(), .applicationSupport = home.path() / "data"});
 };
 
 TEST_F(WindowManagerControllerTest, ResolvesBuiltInLayoutsThenCustomOnesInStoredOrder) {
@@ -196,6 +188,39 @@ TEST_F(WindowManagerControllerTest, DragZonesFollowTheSettingsInDeclarationOrder
     desktop.mainQueue.run();
     EXPECT_EQ(window->frame, (CGRect{{10, 35}, {705, 855}})) << "dropped on the left half, with the gap of that moment";
     EXPECT_EQ(controller->previousApplication(), application);
+}
+
+TEST_F(WindowManagerControllerTest, KeepsOneSettingsWindowAndFollowsItsClosing) {
+    int changes = 0;
+    controller->onSettingsChanged = [&] { ++changes; };
+    SettingsWindow& settingsWindow = controller->settingsWindowController();
+    EXPECT_EQ(&controller->settingsWindowController(), &settingsWindow);
+    desktop.log.clear();
+    controller->showSettings(SettingsPane::sync);
+    shown.settingsWindow->callbacks.onSettingsChanged();
+    shown.settingsWindow->callbacks.onClose();
+    EXPECT_THAT(desktop.log.calls(),
+                ElementsAre("setActivationPolicy regular", "show settings Sync", "setActivationPolicy accessory"));
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(WindowManagerControllerTest, FinishingTheGuideIsRememberedOnceAndReleasesIt) {
+    auto& store = controller->settingsStore();
+    for (const bool wasCompleted : {false, true}) {
+        SCOPED_TRACE(wasCompleted);
+        store.ioQueue().sync([] {});
+        std::filesystem::remove(store.fileURL());
+        desktop.log.clear();
+        controller->showOnboarding();
+        controller->showOnboarding();
+        shown.onboardingWindow->close();
+        EXPECT_THAT(desktop.log.calls(),
+                    ElementsAre("setActivationPolicy regular", "show onboarding", "setActivationPolicy regular",
+                                "show onboarding", "setActivationPolicy accessory", "release onboarding"));
+        EXPECT_TRUE(store.settings.hasCompletedOnboarding);
+        store.ioQueue().sync([] {});
+        EXPECT_EQ(std::filesystem::exists(store.fileURL()), !wasCompleted);
+    }
 }
 
 } // namespace

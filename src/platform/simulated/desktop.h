@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/desktop_services.h"
 #include "platform/simulated/accessibility.h"
 #include "platform/simulated/application.h"
 #include "platform/simulated/call_log.h"
@@ -30,6 +31,11 @@ public:
     static WindowRef openWindow(const ApplicationRef& application, const CGRect& frame);
     /// Starts an application with one window and brings it to the front.
     ApplicationRef launchInFront(std::optional<std::string> name, const CGRect& frame);
+
+    /// All of it, as the program takes it.
+    DesktopServices services() {
+        return {accessibility, workspace, hotKeys, keyInput, eventMonitor, mainQueue, wallClock};
+    }
 
     /// Declared first: the services record into it and read the applications.
     CallLog log;
