@@ -26,7 +26,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       accessibility_(mainQueue, windowManager_, windowTracker_, displays_, windowMover_, std::move(explainTrust)),
       workspace_(*connection_, windowManager_, windowTracker_),
       hotKeys_(*connection_, mainQueue),
-      keyInput_(*connection_) {
+      keyInput_(*connection_),
+      nativeWindows_(*connection_, displays_) {
     processEvents();
     // The first command is not to pay for them.
     displays_.screens();

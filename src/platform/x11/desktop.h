@@ -7,6 +7,7 @@
 #include "platform/x11/displays.h"
 #include "platform/x11/hot_keys.h"
 #include "platform/x11/key_input.h"
+#include "platform/x11/native_windows.h"
 #include "platform/x11/window_manager_peer.h"
 #include "platform/x11/window_mover.h"
 #include "platform/x11/window_tracker.h"
@@ -38,6 +39,7 @@ public:
     brisk::Workspace& workspace() { return workspace_; }
     HotKeyService& hotKeys() { return hotKeys_; }
     brisk::KeyInput& keyInput() { return keyInput_; }
+    brisk::NativeWindows& nativeWindows() { return nativeWindows_; }
 
     int fileDescriptor() const { return connection_->fileDescriptor(); }
     /// True once the server is gone, and nothing works any more.
@@ -59,6 +61,7 @@ private:
     Workspace workspace_;
     HotKeys hotKeys_;
     KeyInput keyInput_;
+    NativeWindows nativeWindows_;
 };
 
 } // namespace brisk::x11

@@ -1,0 +1,92 @@
+#include "ui/drag_overlay.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+#include <utility>
+
+namespace brisk {
+
+WindowDragOverlayController::WindowDragOverlayController(NativeWindows& nativeWindows) : nativeWindows_(nativeWindows) {
+    nativeWindows_.setCompositingChangedHandler([this] {
+        QTimer::singleShot(0, &view_, [this] { updateSurface(); });
+    });
+}
+
+WindowDragOverlayController::~WindowDragOverlayController() {
+    nativeWindows_.setCompositingChangedHandler({});
+}
+
+void WindowDragOverlayController::show(const std::vector<WindowDragZone>& zones,
+                                       const std::optional<CommandIdentifier>& active, const ScreenInfo& screen) {
+    const NativeWindowID window = panel();
+    const bool appears = !std::exchange(isShown_, true);
+    const bool changes = view_.setZones(zonePictures(zones, active, screen.frame.origin), screen.frame.size);
+    if (appears || screen.frame != frame_) {
+        frame_ = screen.frame;
+        nativeWindows_.setFrame(window, frame_);
+    }
+    if (appears || changes) {
+        // Before the panel appears: without a compositor it would be a black display for a moment.
+        updateSurface();
+    }
+    if (appears) {
+        view_.show();
+    }
+    nativeWindows_.orderFrontRegardless(window);
+}
+
+void WindowDragOverlayController::hide() {
+    isShown_ = false;
+    view_.hide();
+    view_.setZones({}, {});
+}
+
+void WindowDragOverlayController::warmUp() {
+    panel();
+    const ScreenInfo nowhere{.frame = {.origin = {}, .size = {.width = 64, .height = 64}}, .visibleFrame = {}};
+    view_.setZones(
+        zonePictures(std::vector<WindowDragZone>{{WindowLayout::maximize, nowhere.frame}}, "window.maximize", {}),
+        nowhere.frame.size);
+    view_.grab(QRect(0, 0, 64, 64));
+    view_.setZones({}, {});
+}
+
+NativeWindowID WindowDragOverlayController::panel() {
+    if (!std::exchange(isPanelMade_, true)) {
+        // Most drags begin on the primary display: a panel that is made there need not change its size.
+        if (const QScreen* primary = QGuiApplication::primaryScreen()) {
+            view_.setGeometry(primary->geometry());
+        }
+        view_.winId();
+        // Another display may have another scale, on which shape and picture depend.
+        QObject::connect(view_.windowHandle(), &QWindow::screenChanged, &view_, [this] {
+            view_.update();
+            updateSurface();
+        });
+    }
+    return NativeWindowID{view_.winId()};
+}
+
+void WindowDragOverlayController::updateSurface() {
+    if (!isShown_) {
+        return;
+    }
+    const bool isTranslucent = nativeWindows_.isCompositingActive();
+    view_.setSurface(isTranslucent ? OverlaySurface::translucent : OverlaySurface::cutOut);
+    std::optional<std::vector<CGRect>> shape;
+    if (!isTranslucent) {
+        shape.emplace();
+        for (const QRect& rectangle : view_.cutOut()) {
+            shape->push_back(
+                {.origin = {.x = static_cast<double>(rectangle.x()), .y = static_cast<double>(rectangle.y())},
+                 .size = {.width = static_cast<double>(rectangle.width()),
+                          .height = static_cast<double>(rectangle.height())}});
+        }
+    }
+    nativeWindows_.setShape(panel(), shape);
+}
+
+} // namespace brisk

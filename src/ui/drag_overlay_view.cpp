@@ -1,0 +1,259 @@
+#include "ui/drag_overlay_view.h"
+
+#include "ui/face_glyph.h"
+#include "ui/theme.h"
+
+#include <QFontMetricsF>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brisk {
+
+namespace {
+
+constexpr double zoneRadius = 14;
+constexpr double activeFillAlpha = 0.34;
+constexpr double inactiveFillAlpha = 0.13;
+constexpr double inactiveStrokeAlpha = 0.58;
+constexpr double activeLineWidth = 3.0;
+constexpr double inactiveLineWidth = 1.5;
+// Without a fill the line alone says which zone is the active one.
+constexpr double activeCutOutLineWidth = 6;
+constexpr double inactiveCutOutLineWidth = 2;
+
+constexpr int labelPixelSize = 13;
+constexpr double pillAlpha = 0.48;
+constexpr QRgb opaquePill = 0xFF262626;
+constexpr double pillRadius = 7;
+constexpr double pillPaddingX = 14;
+constexpr double pillPaddingY = 8;
+
+constexpr double glyphSize = 14;
+constexpr double glyphLineWidth = 1.25;
+constexpr double glyphSpace = 7;
+
+QFont labelFont() {
+    return themeFont(labelPixelSize, QFont::DemiBold);
+}
+
+QColor withAlpha(QColor color, double alpha) {
+    color.setAlphaF(static_cast<float>(alpha));
+    return color;
+}
+
+QColor blended(const QColor& over, const QColor& below, double alpha) {
+    const auto mix = [&](int a, int b) { return static_cast<int>(std::lround(a * alpha + b * (1 - alpha))); };
+    return {mix(over.red(), below.red()), mix(over.green(), below.green()), mix(over.blue(), below.blue())};
+}
+
+double lineWidth(const ZonePicture& zone) {
+    return zone.isActive ? activeLineWidth : inactiveLineWidth;
+}
+
+QPainterPath roundedPath(const QRectF& rectangle, double radius) {
+    QPainterPath path;
+    path.addRoundedRect(rectangle, radius, radius);
+    return path;
+}
+
+QRegion roundedRegion(const QRectF& rectangle, double radius) {
+    if (!rectangle.isValid()) {
+        return {};
+    }
+    const QPolygon polygon = roundedPath(rectangle, std::max(radius, 0.0)).toFillPolygon().toPolygon();
+    return {polygon};
+}
+
+QRectF scaled(const QRectF& rectangle, double factor) {
+    return {rectangle.topLeft() * factor, rectangle.size() * factor};
+}
+
+} // namespace
+
+/// The label's dark field, in the toolkit's units with y up, and what stands on it.
+struct WindowDragOverlayView::Pill {
+    QString text;
+    /// Space that the active marker takes before the text.
+    double markerWidth = 0;
+    QRectF rectangle;
+};
+
+WindowDragOverlayView::WindowDragOverlayView()
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+bool WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize displaySize) {
+    if (zones == zones_ && displaySize == displaySize_) {
+        return false;
+    }
+    if (displaySize != displaySize_) {
+        displaySize_ = displaySize;
+        update();
+    }
+    QRegion changed;
+    for (std::size_t i = 0; i < std::max(zones.size(), zones_.size()); ++i) {
+        const ZonePicture* before = i < zones_.size() ? &zones_[i] : nullptr;
+        const ZonePicture* after = i < zones.size() ? &zones[i] : nullptr;
+        if (before != nullptr && after != nullptr && *before == *after) {
+            continue;
+        }
+        changed |= before != nullptr ? extent(*before) : QRect();
+        changed |= after != nullptr ? extent(*after) : QRect();
+    }
+    zones_ = std::move(zones);
+    update(changed);
+    return true;
+}
+
+void WindowDragOverlayView::setSurface(OverlaySurface surface) {
+    if (surface != surface_) {
+        surface_ = surface;
+        update();
+    }
+}
+
+QRegion WindowDragOverlayView::cutOut() const {
+    QRegion region;
+    for (const ZonePicture& zone : zones_) {
+        region |= outline(zone);
+        region |= pillArea(zone);
+    }
+    return region;
+}
+
+void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    const auto draw = [&](auto parts) {
+        for (const ZonePicture& zone : zones_) {
+            if (event->region().intersects(extent(zone))) {
+                parts(zone);
+            }
+        }
+    };
+    if (surface_ == OverlaySurface::translucent) {
+        draw([&](const ZonePicture& zone) {
+            drawTranslucent(painter, zone);
+            drawLabel(painter, zone);
+        });
+    } else {
+        // Opaque lines would cut through the labels of larger zones.
+        draw([&](const ZonePicture& zone) { drawOutline(painter, zone); });
+        draw([&](const ZonePicture& zone) {
+            drawPill(painter, zone);
+            drawLabel(painter, zone);
+        });
+    }
+}
+
+void WindowDragOverlayView::drawTranslucent(QPainter& painter, const ZonePicture& zone) const {
+    const QColor color = baseColor(zone);
+    const QPainterPath path = roundedPath(flipped(rectangleOf(zone)), zoneRadius);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(path, withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha));
+    painter.strokePath(path, QPen(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha), lineWidth(zone)));
+    painter.fillPath(roundedPath(flipped(pillOf(zone).rectangle), pillRadius), withAlpha(Qt::black, pillAlpha));
+}
+
+void WindowDragOverlayView::drawOutline(QPainter& painter, const ZonePicture& zone) const {
+    const QColor color = baseColor(zone);
+    // What is below shows on no pixel of ours: the window background stands in for it.
+    const QColor paler = blended(color, themeColor(ColorRole::windowBackground, palette()), inactiveStrokeAlpha);
+    fillPixels(painter, outline(zone), zone.isActive ? color : paler);
+}
+
+void WindowDragOverlayView::drawPill(QPainter& painter, const ZonePicture& zone) const {
+    fillPixels(painter, pillArea(zone), opaquePill);
+}
+
+void WindowDragOverlayView::fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const {
+    painter.save();
+    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const QRect& rectangle : pixels) {
+        painter.fillRect(rectangle, color);
+    }
+    painter.restore();
+}
+
+void WindowDragOverlayView::drawLabel(QPainter& painter, const ZonePicture& zone) const {
+    const Pill pill = pillOf(zone);
+    if (zone.isActive) {
+        painter.save();
+        painter.translate(0, displayHeight());
+        painter.scale(1, -1);
+        drawFace(&painter,
+                 {pill.rectangle.x() + pillPaddingX, pill.rectangle.center().y() - glyphSize / 2, glyphSize, glyphSize},
+                 Qt::white, glyphLineWidth);
+        painter.restore();
+    }
+    const QFont font = labelFont();
+    // The text stands on the pill's lower padding; Qt places it by its baseline.
+    const double baseline = pill.rectangle.y() + pillPaddingY + QFontMetricsF(font).descent();
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QPointF(pill.rectangle.x() + pillPaddingX + pill.markerWidth, displayHeight() - baseline),
+                     pill.text);
+}
+
+WindowDragOverlayView::Pill WindowDragOverlayView::pillOf(const ZonePicture& zone) const {
+    Pill pill{.text = QString::fromStdString(zone.label), .markerWidth = zone.isActive ? glyphSize + glyphSpace : 0};
+    const QFontMetricsF metrics(labelFont());
+    const double width = metrics.horizontalAdvance(pill.text) + pill.markerWidth + 2 * pillPaddingX;
+    const double height = metrics.height() + 2 * pillPaddingY;
+    const QPointF middle = rectangleOf(zone).center();
+    pill.rectangle = {middle.x() - width / 2, middle.y() - height / 2, width, height};
+    return pill;
+}
+
+QRectF WindowDragOverlayView::rectangleOf(const ZonePicture& zone) const {
+    return scaled({zone.frame.minX(), zone.frame.minY(), zone.frame.width(), zone.frame.height()},
+                  1 / devicePixelRatioF());
+}
+
+QRectF WindowDragOverlayView::flipped(const QRectF& rectangle) const {
+    return {rectangle.x(), displayHeight() - rectangle.y() - rectangle.height(), rectangle.width(), rectangle.height()};
+}
+
+QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
+    return themeColor(zone.kind == ZoneKind::custom ? ColorRole::teal : ColorRole::accent, palette());
+}
+
+QRect WindowDragOverlayView::extent(const ZonePicture& zone) const {
+    const double outside = activeLineWidth / 2 + 1;
+    return flipped(rectangleOf(zone))
+        .normalized()
+        .adjusted(-outside, -outside, outside, outside)
+        .united(flipped(pillOf(zone).rectangle))
+        .toAlignedRect();
+}
+
+QRegion WindowDragOverlayView::outline(const ZonePicture& zone) const {
+    // Whole pixels, and inside the zone: at the display's edge half of a centred line would be lost, and an opaque line
+    // has no neighbour to blend with.
+    const double ratio = devicePixelRatioF();
+    const double width = std::round((zone.isActive ? activeCutOutLineWidth : inactiveCutOutLineWidth) * ratio);
+    const double radius = zoneRadius * ratio;
+    const QRectF outer = scaled(flipped(rectangleOf(zone)), ratio);
+    return roundedRegion(outer, radius) - roundedRegion(outer.adjusted(width, width, -width, -width), radius - width);
+}
+
+QRegion WindowDragOverlayView::pillArea(const ZonePicture& zone) const {
+    const double ratio = devicePixelRatioF();
+    return roundedRegion(scaled(flipped(pillOf(zone).rectangle), ratio), pillRadius * ratio);
+}
+
+double WindowDragOverlayView::displayHeight() const {
+    return displaySize_.height / devicePixelRatioF();
+}
+
+} // namespace brisk

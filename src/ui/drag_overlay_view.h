@@ -1,0 +1,57 @@
+#pragma once
+
+#include "drag/zone_picture.h"
+
+#include <QRegion>
+#include <QWidget>
+
+#include <vector>
+
+namespace brisk {
+
+/// How zones are drawn: translucent where the desktop can show what is below, else as opaque outlines and labels, to
+/// which the window is cut so that it covers nothing besides.
+enum class OverlaySurface { translucent, cutOut };
+
+/// Draws the drop zones over one display. The zones come in the display's own pixels, whatever scale factor the toolkit
+/// works with; corners, lines and labels grow with the factor.
+class WindowDragOverlayView final : public QWidget {
+public:
+    WindowDragOverlayView();
+
+    /// Shows these zones on a display of that size (both in points of the display) and repaints where the picture
+    /// changed. Says whether it did.
+    bool setZones(std::vector<ZonePicture> zones, CGSize displaySize);
+    void setSurface(OverlaySurface surface);
+
+    /// What is drawn on a cut-out surface: pixels of the display, y down.
+    QRegion cutOut() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    struct Pill;
+    Pill pillOf(const ZonePicture& zone) const;
+    /// Points of the display to the toolkit's units, both with y up.
+    QRectF rectangleOf(const ZonePicture& zone) const;
+    /// A rectangle with y up as the widget and its painters before the flip have it.
+    QRectF flipped(const QRectF& rectangle) const;
+    QColor baseColor(const ZonePicture& zone) const;
+    QRect extent(const ZonePicture& zone) const;
+    QRegion outline(const ZonePicture& zone) const;
+    QRegion pillArea(const ZonePicture& zone) const;
+    double displayHeight() const;
+
+    void drawTranslucent(QPainter& painter, const ZonePicture& zone) const;
+    void drawOutline(QPainter& painter, const ZonePicture& zone) const;
+    void drawPill(QPainter& painter, const ZonePicture& zone) const;
+    void drawLabel(QPainter& painter, const ZonePicture& zone) const;
+    void fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const;
+
+    std::vector<ZonePicture> zones_;
+    CGSize displaySize_;
+    OverlaySurface surface_ = OverlaySurface::translucent;
+};
+
+} // namespace brisk
