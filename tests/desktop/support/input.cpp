@@ -36,6 +36,20 @@ void Keyboard::press(Key key, std::initializer_list<Key> modifiers) {
     connection_.synchronize();
 }
 
+bool isGrabbed(DesktopConnection& connection, Key key, std::uint16_t modifierMask) {
+    xcb_connection_t* xcb = connection.xcb();
+    const auto code = static_cast<std::uint8_t>(key);
+    // The server serves nobody else between the grab and its end.
+    xcb_grab_server(xcb);
+    const auto cookie =
+        xcb_grab_key_checked(xcb, 0, connection.root(), modifierMask, code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_generic_error_t> error{xcb_request_check(xcb, cookie)};
+    xcb_ungrab_key(xcb, code, connection.root(), modifierMask);
+    xcb_ungrab_server(xcb);
+    connection.synchronize();
+    return error && error->error_code == XCB_ACCESS;
+}
+
 void Pointer::moveTo(int x, int y) {
     constexpr std::uint8_t absolute = 0;
     fake(connection_, XCB_MOTION_NOTIFY, absolute, x, y);

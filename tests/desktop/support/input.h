@@ -11,6 +11,8 @@ namespace brisk::desktop {
 enum class Key : std::uint8_t {
     digit1 = 10,
     digit2 = 11,
+    digit3 = 12,
+    digit4 = 13,
     backspace = 22,
     u = 30,
     i = 31,
@@ -43,6 +45,10 @@ public:
 private:
     DesktopConnection& connection_;
 };
+
+/// Whether a client holds the combination; a shortcut works from then on. Never comes in the way of one that asks for
+/// it.
+bool isGrabbed(DesktopConnection& connection, Key key, std::uint16_t modifierMask);
 
 /// Real pointer events by XTEST, root coordinates.
 class Pointer {

@@ -57,13 +57,13 @@ std::string contents(int file) {
 
 } // namespace
 
-Process::Process(std::vector<std::string> arguments, Environment environment, int stopSignal)
+Process::Process(std::vector<std::string> arguments, const Environment& environment, int stopSignal)
     : stopSignal_(stopSignal), outputFile_(memoryFile("output")), errorFile_(memoryFile("errors")) {
     // Everything that allocates happens before the fork.
     std::vector<std::string> variables;
     variables.reserve(environment.size());
     for (const auto& [name, value] : environment) {
-        variables.push_back(name + "=" + value);
+        variables.emplace_back(name).append("=").append(value);
     }
     const std::vector<char*> argv = pointers(arguments);
     const std::vector<char*> envp = pointers(variables);
@@ -207,7 +207,7 @@ bool isInstalled(const std::string& program) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path == nullptr ? "" : path);
     for (std::string folder; std::getline(folders, folder, ':');) {
-        if (access((folder + "/" + program).c_str(), X_OK) == 0) {
+        if (access(folder.append("/").append(program).c_str(), X_OK) == 0) {
             return true;
         }
     }
@@ -224,6 +224,7 @@ Environment isolatedEnvironment(const TemporaryDirectory& directory, const std::
         {"XDG_CACHE_HOME", home + "/cache"},
         {"XDG_STATE_HOME", home + "/state"},
         {"XDG_RUNTIME_DIR", home + "/runtime"},
+        {"SHELL", "/bin/sh"},
         {"LANG", "C.UTF-8"},
         {"NO_AT_BRIDGE", "1"},
         {"GIO_USE_VFS", "local"},

@@ -21,7 +21,7 @@ class Process {
 public:
     /// Starts `arguments[0]`, looked up on PATH, with no standard input and with its outputs kept for `output` and
     /// `errors`. A child that stays after `stopSignal` for two seconds is killed.
-    Process(std::vector<std::string> arguments, Environment environment, int stopSignal = SIGKILL);
+    Process(std::vector<std::string> arguments, const Environment& environment, int stopSignal = SIGKILL);
     Process(Process&& other) noexcept;
     Process& operator=(Process&& other) noexcept;
     Process(const Process&) = delete;

@@ -218,7 +218,7 @@ Process startTestClient(const Environment& environment, std::span<const WindowDe
             arguments.push_back(std::move(argument));
         }
     }
-    return Process(std::move(arguments), environment);
+    return {std::move(arguments), environment};
 }
 
 std::vector<xcb_window_t> testClientWindows(Process& process, std::size_t count) {
