@@ -15,7 +15,6 @@
 namespace brisk::desktop {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 
 class VirtualDesktop : public testing::TestWithParam<WindowManager::Kind> {

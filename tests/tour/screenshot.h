@@ -1,0 +1,12 @@
+#pragma once
+
+#include "desktop/support/desktop_connection.h"
+
+#include <string>
+
+namespace brisk::tour {
+
+/// Writes what the display shows now to a PNG file. Throws `std::runtime_error` when it cannot.
+void writeScreenshot(desktop::DesktopConnection& connection, const std::string& path);
+
+} // namespace brisk::tour
