@@ -15,6 +15,7 @@ struct Extents {
     int right = 0;
     int top = 0;
     int bottom = 0;
+    friend bool operator==(const Extents&, const Extents&) = default;
 };
 
 /// A window's place and what it bears on moving it, all from one moment.

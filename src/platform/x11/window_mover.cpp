@@ -45,12 +45,29 @@ std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
     sendHeldPosition();
     std::optional<FrameReading> reading;
     if (movement_ && movement_->window == window) {
-        const Movement movement = *std::exchange(movement_, std::nullopt);
-        reading = readUntil(movement, [&](const FrameReading& now) { return now.frame == movement.target; });
+        reading = readArrived();
     } else {
         reading = ask(window);
     }
     return reading ? std::optional{reading->frame} : std::nullopt;
+}
+
+/// Reads the moving window once it has arrived.
+std::optional<FrameReading> WindowMover::readArrived() {
+    const Movement movement = *std::exchange(movement_, std::nullopt);
+    const auto hasArrived = [](const Movement& way) {
+        // A window that was just let out of fullscreen may get its decoration while it moves.
+        return [&way](const FrameReading& now) { return now.frame == way.target && !way.isFromHeldState; };
+    };
+    const auto reading = readUntil(movement, hasArrived(movement));
+    if (!reading || reading->frame == movement.target || reading->isHeld() ||
+        (reading->decoration == movement.decoration && reading->shadow == movement.shadow)) {
+        return reading;
+    }
+    // The size was reckoned with another decoration than the window has now.
+    send(movement.window, *reading, movement.target);
+    const Movement correction = *std::exchange(movement_, std::nullopt);
+    return readUntil(correction, hasArrived(correction));
 }
 
 AXError WindowMover::setPosition(const WindowRef& window, CGPoint position) {
@@ -88,6 +105,7 @@ AXError WindowMover::setSize(const WindowRef& window, CGSize size) {
 void WindowMover::endTurn() {
     sendHeldPosition();
     readWindow_.reset();
+    isReleased_ = false;
     if (movement_ && std::chrono::steady_clock::now() > movement_->deadline) {
         movement_.reset();
     }
@@ -136,7 +154,13 @@ void WindowMover::send(const WindowRef& window, const FrameReading& reading, Pix
     windowManager_.send(window->id, atoms_.netMoveResizeWindow,
                         {flags, word(target.x - shadow.left), word(target.y - shadow.top), word(std::max(width, 1)),
                          word(std::max(height, 1))});
-    movement_ = {window, target, windowManager_.requestCheckpoint(), std::chrono::steady_clock::now() + patience};
+    movement_ = Movement{.window = window,
+                         .target = target,
+                         .decoration = decoration,
+                         .shadow = shadow,
+                         .isFromHeldState = std::exchange(isReleased_, false),
+                         .checkpoint = windowManager_.requestCheckpoint(),
+                         .deadline = std::chrono::steady_clock::now() + patience};
     xcb_flush(connection_.xcb());
     // Extents and permissions stay; the frame is now where the movement goes.
     readWindow_.reset();
@@ -162,12 +186,14 @@ AXError WindowMover::prepare(const WindowRef& window, bool FrameReading::*permis
         // Moves are ignored in these states, and the decoration and the permissions are others without them: wait until
         // the state is off.
         setStates(*window, before, stateRemove);
-        const Movement release{
-            window, {}, windowManager_.requestCheckpoint(), std::chrono::steady_clock::now() + patience};
+        const Movement release{.window = window,
+                               .checkpoint = windowManager_.requestCheckpoint(),
+                               .deadline = std::chrono::steady_clock::now() + patience};
         movement_.reset();
         if (!readUntil(release, [](const FrameReading&) { return false; })) {
             return kAXErrorInvalidUIElement;
         }
+        isReleased_ = true;
     }
     if (!reading_.isHeld() && reading_.*permission) {
         return kAXErrorSuccess;

@@ -45,11 +45,16 @@ private:
     /// A move under way.
     struct Movement {
         WindowRef window;
-        PixelRect target;
-        WindowManagerPeer::Checkpoint checkpoint;
+        PixelRect target{};
+        /// What the size was reckoned with.
+        Extents decoration{};
+        Extents shadow{};
+        bool isFromHeldState = false;
+        WindowManagerPeer::Checkpoint checkpoint = 0;
         std::chrono::steady_clock::time_point deadline;
     };
 
+    std::optional<FrameReading> readArrived();
     void handle(const xcb_generic_event_t& event);
     void sendHeldPosition();
     void send(const WindowRef& window, const FrameReading& reading, PixelRect target);
@@ -68,6 +73,8 @@ private:
     /// What is known of one window in this turn; none after something was asked of it.
     WindowRef readWindow_;
     FrameReading reading_;
+    /// Whether that window was maximized or fullscreen until now.
+    bool isReleased_ = false;
     /// The window whose changes are waited for, and whether there was one.
     xcb_window_t awaited_ = XCB_WINDOW_NONE;
     bool hasChanged_ = false;
