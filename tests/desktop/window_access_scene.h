@@ -7,6 +7,7 @@
 #include "desktop/support/window_manager.h"
 #include "platform/simulated/main_queue.h"
 #include "platform/x11/desktop.h"
+#include "support/printing.h"
 
 #include <memory>
 #include <optional>
