@@ -27,7 +27,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       workspace_(*connection_, windowManager_, windowTracker_),
       hotKeys_(*connection_, mainQueue),
       keyInput_(*connection_),
-      nativeWindows_(*connection_, displays_) {
+      nativeWindows_(*connection_, displays_),
+      eventMonitor_(*connection_, atoms_, displays_, mainQueue) {
     processEvents();
     // The first command is not to pay for them.
     displays_.screens();

@@ -5,6 +5,7 @@
 #include "platform/x11/atoms.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/displays.h"
+#include "platform/x11/event_monitor.h"
 #include "platform/x11/hot_keys.h"
 #include "platform/x11/key_input.h"
 #include "platform/x11/native_windows.h"
@@ -40,6 +41,7 @@ public:
     HotKeyService& hotKeys() { return hotKeys_; }
     brisk::KeyInput& keyInput() { return keyInput_; }
     brisk::NativeWindows& nativeWindows() { return nativeWindows_; }
+    GlobalEventMonitor& eventMonitor() { return eventMonitor_; }
 
     int fileDescriptor() const { return connection_->fileDescriptor(); }
     /// True once the server is gone, and nothing works any more.
@@ -62,6 +64,7 @@ private:
     HotKeys hotKeys_;
     KeyInput keyInput_;
     NativeWindows nativeWindows_;
+    EventMonitor eventMonitor_;
 };
 
 } // namespace brisk::x11

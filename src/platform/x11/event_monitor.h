@@ -1,0 +1,111 @@
+#pragma once
+
+#include "platform/global_event_monitor.h"
+#include "platform/main_queue.h"
+#include "platform/x11/atoms.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/displays.h"
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace brisk::x11 {
+
+/// The left mouse button and the pointer, watched through the server's raw input events: these come whoever has grabbed
+/// the pointer, during every window manager's own moves. Motion and modifiers are asked for only while the button is
+/// down, so that an idle Brisk is not woken by a moving mouse.
+///
+/// At a press the active window is still the old one. The press, with everything after it, is reported once the window
+/// under the pointer has become active, and after a short time in any case.
+///
+/// Beyond the pointer's motion a drag is reported when Shift changes, when the windows or the displays do, and a
+/// release that the server never told is reported without Shift: who follows the gesture then finds out what is gone.
+///
+/// Expects the root window and the displays to be followed.
+class EventMonitor final : public GlobalEventMonitor {
+public:
+    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue);
+    EventMonitor(const EventMonitor&) = delete;
+    EventMonitor& operator=(const EventMonitor&) = delete;
+    ~EventMonitor() override;
+
+    std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) override;
+    void removeMonitor(Token token) override;
+    CGPoint mouseLocation() override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Monitor {
+        Token token;
+        NSEventMask mask;
+        Handler handler;
+    };
+    /// What was heard and not yet dealt with.
+    struct Notice {
+        enum class Kind : std::uint8_t { press, release, motion, modifiers };
+        Kind kind;
+        /// The physical button of a press or release, the modifiers' new state.
+        std::uint32_t detail = 0;
+    };
+    /// From the left button's press to its release.
+    struct Drag {
+        std::uint32_t button = 0;
+        xcb_window_t topLevel = XCB_WINDOW_NONE;
+        std::uint16_t modifiers = 0;
+        /// The press is held back until then.
+        Clock::time_point heldUntil;
+        bool isActiveWindowStale = true;
+        bool isReported = false;
+    };
+
+    bool canWatch();
+    enum class Selection : std::uint8_t { nothing, buttons, everything };
+    void select(Selection selection);
+
+    void hear(const xcb_generic_event_t& event);
+    void hearInput(const xcb_generic_event_t& event);
+    void hearRootProperty(xcb_atom_t property);
+    void note(Notice notice);
+    void noteMotion();
+
+    void schedule();
+    void wakeAt(Clock::time_point time);
+    void work();
+    bool endHold();
+    bool mustWait(const Notice& notice);
+    void deal(const Notice& notice);
+    void begin(std::uint32_t button);
+    void move();
+    void change(std::uint16_t modifiers);
+    void end(std::uint16_t modifiers);
+    void reportDrag();
+    void report(NSEventType type, std::uint16_t modifiers);
+
+    Connection& connection_;
+    const Atoms& atoms_;
+    Displays& displays_;
+    MainQueue& queue_;
+    std::vector<Monitor> monitors_;
+    Token lastToken_ = 0;
+
+    /// The extensions' numbers, 0 as long as nobody watched.
+    std::uint8_t inputExtension_ = 0;
+    std::uint8_t xkbEvent_ = 0;
+    std::uint8_t randrEvent_ = 0;
+
+    std::deque<Notice> notices_;
+    std::optional<Drag> drag_;
+    Clock::time_point lastDragReport_;
+    bool isScheduled_ = false;
+    DispatchWorkItemRef timer_;
+    /// What scheduled work holds weakly.
+    std::shared_ptr<EventMonitor*> self_ = std::make_shared<EventMonitor*>(this);
+    Connection::Subscription subscription_;
+};
+
+} // namespace brisk::x11
