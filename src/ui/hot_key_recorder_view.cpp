@@ -151,12 +151,16 @@ void HotKeyRecorderView::paintEvent(QPaintEvent*) {
     const int available = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this).width();
     option.text =
         asLabel(fontMetrics().elidedText(asOneLine(legibleDisplay(recorder_.title())), Qt::ElideRight, available));
+    const auto tint = [&](ColorRole role) {
+        option.palette.setColor(QPalette::ButtonText, readableOn(palette().color(QPalette::Active, QPalette::Button),
+                                                                 themeColor(role, palette())));
+    };
     switch (recorder_.tint()) {
     case HotKeyRecorder::Tint::accent:
-        option.palette.setColor(QPalette::ButtonText, themeColor(ColorRole::accent, palette()));
+        tint(ColorRole::accent);
         break;
     case HotKeyRecorder::Tint::red:
-        option.palette.setColor(QPalette::ButtonText, themeColor(ColorRole::red, palette()));
+        tint(ColorRole::red);
         break;
     case HotKeyRecorder::Tint::none:
         break;

@@ -2,6 +2,9 @@
 
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <cmath>
+
 namespace brisk {
 
 namespace {
@@ -71,6 +74,33 @@ QColor themeColor(ColorRole role, const QPalette& palette) {
         return isDark(palette) ? pair.dark : pair.light;
     }
     }
+}
+
+namespace {
+
+/// WCAG 2.1's relative luminance.
+double luminance(const QColor& color) {
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+} // namespace
+
+QColor readableOn(const QColor& background, QColor color) {
+    const QColor extreme = contrast(background, Qt::black) > contrast(background, Qt::white) ? Qt::black : Qt::white;
+    const auto step = [](int from, int to) { return from + (to - from + (to > from ? 9 : -9)) / 10; };
+    while (contrast(color, background) < 4.5 && color != extreme) {
+        color = QColor(step(color.red(), extreme.red()), step(color.green(), extreme.green()),
+                       step(color.blue(), extreme.blue()));
+    }
+    return color;
 }
 
 QFont themeFont(int pixelSize, QFont::Weight weight) {

@@ -30,6 +30,10 @@ bool isDark(const QPalette& palette);
 /// QEvent::PaletteChange, nothing here is remembered.
 QColor themeColor(ColorRole role, const QPalette& palette);
 
+/// The colour, made darker or lighter as far as it must be for text in it to have a contrast of 4.5 to 1 with
+/// `background` (WCAG 2.1, 1.4.3). Both opaque.
+QColor readableOn(const QColor& background, QColor color);
+
 /// The desktop's interface font in `pixelSize` pixels at scale 1.
 QFont themeFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
