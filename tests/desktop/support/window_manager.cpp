@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace brisk::desktop {
 namespace {
@@ -16,7 +17,7 @@ constexpr const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UT
   <placement><policy>Smart</policy></placement>
   <desktops><number>2</number><popupTime>0</popupTime></desktops>
   <resize><drawContents>yes</drawContents><popupShow>Never</popupShow></resize>
-  <keyboard/>
+  <keyboard>@keyBindings@</keyboard>
   <mouse>
     <dragThreshold>1</dragThreshold>
     <context name="Frame">
@@ -57,10 +58,15 @@ constexpr const char* xfwmShortcuts = R"(<?xml version="1.0" encoding="UTF-8"?>
 </channel>
 )";
 
-std::vector<std::string> arguments(const VirtualServer& server, WindowManager::Kind kind) {
+std::vector<std::string> arguments(const VirtualServer& server, WindowManager::Kind kind,
+                                   const std::string& openboxKeyBindings) {
     switch (kind) {
-    case WindowManager::Kind::openbox:
-        return {"openbox", "--sm-disable", "--config-file", server.home().write("openbox.xml", openboxConfiguration)};
+    case WindowManager::Kind::openbox: {
+        std::string configuration = openboxConfiguration;
+        const std::string placeholder = "@keyBindings@";
+        configuration.replace(configuration.find(placeholder), placeholder.size(), openboxKeyBindings);
+        return {"openbox", "--sm-disable", "--config-file", server.home().write("openbox.xml", configuration)};
+    }
     case WindowManager::Kind::xfwm4:
         server.home().write("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-keyboard-shortcuts.xml", xfwmShortcuts);
         // It reads its settings over a session bus and does not start without one.
@@ -103,12 +109,17 @@ WindowManager::WindowManager(VirtualServer& server, Kind kind) : server_(server)
     start();
 }
 
+WindowManager::WindowManager(VirtualServer& server, std::string openboxKeyBindings)
+    : server_(server), kind_(Kind::openbox), openboxKeyBindings_(std::move(openboxKeyBindings)) {
+    start();
+}
+
 void WindowManager::kill() {
     process_.reset();
 }
 
 void WindowManager::start() {
-    process_ = std::make_unique<Process>(arguments(server_, kind_), environment(server_));
+    process_ = std::make_unique<Process>(arguments(server_, kind_, openboxKeyBindings_), environment(server_));
 
     // It is ready when it takes care of a window, not when it says that it is there.
     DesktopConnection connection(server_.display());

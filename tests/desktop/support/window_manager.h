@@ -15,6 +15,8 @@ public:
 
     /// Starts it and waits until it manages windows. Throws `std::runtime_error` when it does not.
     WindowManager(VirtualServer& server, Kind kind);
+    /// openbox with shortcuts after all: its configuration's <keybind> elements.
+    WindowManager(VirtualServer& server, std::string openboxKeyBindings);
 
     Kind kind() const { return kind_; }
     Process& process() { return *process_; }
@@ -26,6 +28,7 @@ public:
 private:
     VirtualServer& server_;
     Kind kind_;
+    std::string openboxKeyBindings_;
     std::unique_ptr<Process> process_;
 };
 
