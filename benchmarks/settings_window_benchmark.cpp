@@ -1,0 +1,82 @@
+#include "ui/settings_window_rig.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+/// Notes when a window has been painted in full.
+class PaintWatcher final : public QObject {
+public:
+    explicit PaintWatcher(QWidget& window) { window.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        hasPainted_ = hasPainted_ || event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
+        return false;
+    }
+    /// Runs the event loop until the next paint is done.
+    void waitForPaint() {
+        hasPainted_ = false;
+        while (!hasPainted_) {
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents, 1000);
+        }
+        QApplication::processEvents();
+    }
+
+private:
+    bool hasPainted_ = false;
+};
+
+void report(const char* what, std::vector<double> milliseconds) {
+    std::ranges::sort(milliseconds);
+    std::printf("%-52s median %6.1f ms, worst %6.1f ms\n", what, milliseconds[milliseconds.size() / 2],
+                milliseconds.back());
+}
+
+} // namespace
+
+/// How long the user waits for the settings window: from the request to the first paint, the event loop included.
+int main(int argc, char** argv) {
+    using namespace brisk;
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariable("QT_QPA_PLATFORM", "offscreen").toUtf8());
+    const QApplication application(argc, argv);
+    constexpr int rounds = 15;
+
+    for (const int layouts : {0, 100}) {
+        QElapsedTimer creation;
+        creation.start();
+        SettingsWindowRig rig;
+        std::printf("%d custom layouts; controller made in %.1f ms\n", layouts,
+                    static_cast<double>(creation.nsecsElapsed()) / 1e6);
+        rig.addLayouts(layouts);
+        QWidget& window = rig.controller.window();
+        PaintWatcher watcher(window);
+        const auto measure = [&](SettingsPane pane) {
+            QElapsedTimer timer;
+            timer.start();
+            rig.controller.show(pane);
+            watcher.waitForPaint();
+            return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+        };
+        report("  open for the first time, on General", {measure(SettingsPane::general)});
+        std::vector<double> opening;
+        std::vector<double> openingOnWindows;
+        std::vector<double> switching;
+        for (int round = 0; round < rounds; ++round) {
+            window.close();
+            opening.push_back(measure(SettingsPane::general));
+            switching.push_back(measure(SettingsPane::windows));
+            window.close();
+            openingOnWindows.push_back(measure(SettingsPane::windows));
+            measure(SettingsPane::sync);
+        }
+        report("  open again, on General", opening);
+        report("  open again, on Windows", openingOnWindows);
+        report("  switch from General to Windows", switching);
+    }
+    return 0;
+}

@@ -1,0 +1,17 @@
+#include "ui/settings_action_button.h"
+
+#include <utility>
+
+namespace brisk {
+
+QPushButton* settingsActionButton(const QString& title, std::function<void()> handler, const QString& accessibleName) {
+    auto* const button = new QPushButton(title);
+    button->setAccessibleName(accessibleName.isEmpty() ? title : accessibleName);
+    // Return is no dialog's here.
+    button->setAutoDefault(false);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    QObject::connect(button, &QPushButton::clicked, button, std::move(handler));
+    return button;
+}
+
+} // namespace brisk
