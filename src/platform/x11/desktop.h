@@ -9,6 +9,7 @@
 #include "platform/x11/hot_keys.h"
 #include "platform/x11/key_input.h"
 #include "platform/x11/native_windows.h"
+#include "platform/x11/single_instance.h"
 #include "platform/x11/window_manager_peer.h"
 #include "platform/x11/window_mover.h"
 #include "platform/x11/window_tracker.h"
@@ -42,6 +43,7 @@ public:
     brisk::KeyInput& keyInput() { return keyInput_; }
     brisk::NativeWindows& nativeWindows() { return nativeWindows_; }
     GlobalEventMonitor& eventMonitor() { return eventMonitor_; }
+    brisk::SingleInstance& singleInstance() { return singleInstance_; }
 
     int fileDescriptor() const { return connection_->fileDescriptor(); }
     /// True once the server is gone, and nothing works any more.
@@ -65,6 +67,7 @@ private:
     KeyInput keyInput_;
     NativeWindows nativeWindows_;
     EventMonitor eventMonitor_;
+    SingleInstance singleInstance_;
 };
 
 } // namespace brisk::x11
