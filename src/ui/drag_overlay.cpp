@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 
 #include <utility>
@@ -10,9 +9,9 @@
 namespace brisk {
 
 WindowDragOverlayController::WindowDragOverlayController(NativeWindows& nativeWindows) : nativeWindows_(nativeWindows) {
-    nativeWindows_.setCompositingChangedHandler([this] {
-        QTimer::singleShot(0, &view_, [this] { updateSurface(); });
-    });
+    compositingChange_.setSingleShot(true);
+    QObject::connect(&compositingChange_, &QTimer::timeout, &view_, [this] { updateSurface(); });
+    nativeWindows_.setCompositingChangedHandler([this] { compositingChange_.start(0); });
 }
 
 WindowDragOverlayController::~WindowDragOverlayController() {

@@ -5,6 +5,8 @@
 #include "platform/native_windows.h"
 #include "ui/drag_overlay_view.h"
 
+#include <QTimer>
+
 namespace brisk {
 
 /// The overlay as a panel of the desktop: it covers exactly one display, lies above everything, and neither focus nor
@@ -30,6 +32,8 @@ private:
 
     NativeWindows& nativeWindows_;
     WindowDragOverlayView view_;
+    /// Puts what the platform tells in the middle of a call off to the next turn of the loop.
+    QTimer compositingChange_;
     bool isPanelMade_ = false;
     bool isShown_ = false;
     CGRect frame_;
