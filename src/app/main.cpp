@@ -1,11 +1,17 @@
 #include "app/app_delegate.h"
+#include "app/no_feed_updater.h"
 #include "platform/qt/main_queue.h"
+#include "platform/qt/message_bus.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/wall_clock.h"
 #include "platform/x11/desktop.h"
 #include "settings/settings_locations.h"
+#include "ui/application_icon.h"
+#include "ui/drag_overlay.h"
 #include "ui/modal_alerts.h"
 #include "ui/qt_application.h"
+#include "ui/status_item.h"
+#include "ui/trust_explanation.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -36,21 +42,29 @@ int main(int, char** argv) {
     // This program is wired to X11; under a Wayland session it works on the windows of Xwayland. It takes no command
     // line, and Qt gets none to look for options in.
     qputenv("QT_QPA_PLATFORM", "xcb");
+    qt::startNoMessageBus();
     int argumentCount = 1;
     QApplication application(argumentCount, argv);
     QApplication::setApplicationName(QStringLiteral("brisk"));
     QApplication::setApplicationDisplayName(QStringLiteral("Brisk"));
+    QApplication::setWindowIcon(applicationIcon(QApplication::palette().color(QPalette::WindowText)));
     QApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
     qt::MainQueue mainQueue;
     const qt::WallClock wallClock;
-    QtApplication shell;
     ModalAlerts alerts;
-    const auto desktop = x11::Desktop::open(mainQueue, [] { explainTrust(); });
+    TrustExplanation trustExplanation;
+    const auto desktop = x11::Desktop::open(mainQueue, [&] { trustExplanation.show(); });
     if (!desktop) {
         std::cerr << "Brisk could not connect to the X server." << std::endl;
         return EXIT_FAILURE;
     }
+    std::weak_ptr<AppDelegate> choosing;
+    QtApplication shell([&choosing](const MenuItem& item) {
+        if (const auto delegate = choosing.lock()) {
+            delegate->perform(item);
+        }
+    });
 
     // Requests that wait for a reply bring events along that the descriptor does not announce: looked for before each
     // sleep.
@@ -62,20 +76,31 @@ int main(int, char** argv) {
             QApplication::exit(EXIT_FAILURE);
         }
     };
-    QObject::connect(&readable, &QSocketNotifier::activated, &application, processEvents);
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &application,
+    QObject::connect(&readable, &QSocketNotifier::activated, &readable, processEvents);
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &readable,
                      processEvents);
-    const qt::TerminationSignals signals([&shell] { shell.terminate(); });
+    const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });
 
-    const auto delegate =
-        std::make_shared<AppDelegate>(DesktopServices{.accessibility = desktop->accessibility(),
-                                                      .workspace = desktop->workspace(),
-                                                      .hotKeys = desktop->hotKeys(),
-                                                      .keyInput = desktop->keyInput(),
-                                                      .eventMonitor = desktop->eventMonitor(),
-                                                      .mainQueue = mainQueue,
-                                                      .wallClock = wallClock},
-                                      Presentation{.application = shell, .alerts = alerts}, settingsFoldersOfUser());
+    const auto delegate = std::make_shared<AppDelegate>(
+        DesktopServices{.accessibility = desktop->accessibility(),
+                        .workspace = desktop->workspace(),
+                        .hotKeys = desktop->hotKeys(),
+                        .keyInput = desktop->keyInput(),
+                        .eventMonitor = desktop->eventMonitor(),
+                        .mainQueue = mainQueue,
+                        .wallClock = wallClock},
+        Presentation{
+            .application = shell,
+            .alerts = alerts,
+            .makeStatusItem =
+                [&desktop](StatusItem::Callbacks callbacks) {
+                    return std::make_unique<QtStatusItem>(std::move(callbacks), desktop->systemTray());
+                },
+            .makeUpdater = [&alerts] { return std::make_unique<NoFeedUpdater>(alerts); },
+            .makeOverlay =
+                [&desktop] { return std::make_unique<WindowDragOverlayController>(desktop->nativeWindows()); }},
+        settingsFoldersOfUser());
+    choosing = delegate;
     delegateAtExit = delegate;
     std::atexit(finishAtExit);
 

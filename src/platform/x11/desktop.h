@@ -10,6 +10,7 @@
 #include "platform/x11/key_input.h"
 #include "platform/x11/native_windows.h"
 #include "platform/x11/single_instance.h"
+#include "platform/x11/tray_manager.h"
 #include "platform/x11/window_manager_peer.h"
 #include "platform/x11/window_mover.h"
 #include "platform/x11/window_tracker.h"
@@ -44,6 +45,7 @@ public:
     brisk::NativeWindows& nativeWindows() { return nativeWindows_; }
     GlobalEventMonitor& eventMonitor() { return eventMonitor_; }
     brisk::SingleInstance& singleInstance() { return singleInstance_; }
+    SystemTray& systemTray() { return trayManager_; }
 
     int fileDescriptor() const { return connection_->fileDescriptor(); }
     /// True once the server is gone, and nothing works any more.
@@ -68,6 +70,7 @@ private:
     NativeWindows nativeWindows_;
     EventMonitor eventMonitor_;
     SingleInstance singleInstance_;
+    TrayManager trayManager_;
 };
 
 } // namespace brisk::x11
