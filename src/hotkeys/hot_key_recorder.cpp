@@ -71,7 +71,7 @@ bool HotKeyRecorder::keyDown(const KeyEvent& event) {
     default:
         break;
     }
-    auto candidate = bindingFromKeyEvent(event);
+    const auto candidate = bindingFromKeyEvent(event);
     if (!candidate) {
         control_.beep();
         return true;
@@ -79,7 +79,7 @@ bool HotKeyRecorder::keyDown(const KeyEvent& event) {
     if (auto message = validationMessage ? validationMessage(*candidate) : std::nullopt) {
         refuse(std::move(*message));
     } else {
-        accept(std::move(*candidate));
+        accept(*candidate);
     }
     return true;
 }
@@ -106,7 +106,7 @@ void HotKeyRecorder::clear() {
     }
 }
 
-void HotKeyRecorder::accept(HotKeyBinding binding) {
+void HotKeyRecorder::accept(const HotKeyBinding& binding) {
     binding_ = binding;
     endRecording(State::idle);
     control_.resignFirstResponder();

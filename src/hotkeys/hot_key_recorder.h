@@ -65,7 +65,7 @@ private:
 
     void endRecording(State next);
     void clear();
-    void accept(HotKeyBinding binding);
+    void accept(const HotKeyBinding& binding);
     void refuse(std::string message);
     void cancelFeedbackReset();
 

@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QSocketNotifier>
-#include <QTimer>
 
 #include <iostream>
 
@@ -56,7 +55,7 @@ int main(int argumentCount, char** arguments) {
     // Connected after the recorder's own: by then it records.
     QObject::connect(&recorder, &QPushButton::clicked, [] { say("recording"); });
     window.show();
-    QTimer::singleShot(0, [&] {
+    mainQueue.async([&] {
         const QPoint centre = recorder.mapTo(&window, recorder.rect().center());
         say("window " + std::to_string(window.winId()) + " " + std::to_string(centre.x()) + " " +
             std::to_string(centre.y()));
