@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QEventLoop>
 
 #include <algorithm>
 #include <cstdio>
@@ -10,25 +11,22 @@
 
 namespace {
 
-/// Notes when a window has been painted in full.
+/// Waits until a window has been painted.
 class PaintWatcher final : public QObject {
 public:
     explicit PaintWatcher(QWidget& window) { window.installEventFilter(this); }
     bool eventFilter(QObject*, QEvent* event) override {
-        hasPainted_ = hasPainted_ || event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
+        if (event->type() == QEvent::UpdateRequest || event->type() == QEvent::Expose) {
+            // Taken up after the event, which does the painting.
+            QMetaObject::invokeMethod(&loop_, &QEventLoop::quit, Qt::QueuedConnection);
+        }
         return false;
     }
-    /// Runs the event loop until the next paint is done.
-    void waitForPaint() {
-        hasPainted_ = false;
-        while (!hasPainted_) {
-            QApplication::processEvents(QEventLoop::WaitForMoreEvents, 1000);
-        }
-        QApplication::processEvents();
-    }
+    /// In a loop as the program's own, in which what was replaced is also deleted.
+    void waitForPaint() { loop_.exec(); }
 
 private:
-    bool hasPainted_ = false;
+    QEventLoop loop_;
 };
 
 void report(const char* what, std::vector<double> milliseconds) {

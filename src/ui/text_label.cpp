@@ -44,7 +44,15 @@ int TextLabel::heightOf(qsizetype lineCount) const {
     return fontMetrics().lineSpacing() * static_cast<int>(std::max<qsizetype>(lineCount, 1));
 }
 
-TextLabel::Lines TextLabel::linesIn(int width) const {
+const TextLabel::Lines& TextLabel::linesIn(int width) const {
+    if (width != linesWidth_) {
+        lines_ = brokenInto(width);
+        linesWidth_ = width;
+    }
+    return lines_;
+}
+
+TextLabel::Lines TextLabel::brokenInto(int width) const {
     const QString full = text();
     if (look_.maximumLines == 1) {
         // Line breaks in a name are spaces in its one line.
@@ -52,6 +60,10 @@ TextLabel::Lines TextLabel::linesIn(int width) const {
         const QString shown = fontMetrics().elidedText(full.size() > maximumCharactersALine ? line + u'\u2026' : line,
                                                        Qt::ElideRight, width);
         return {.texts = {shown}, .isElided = shown != line || full.size() > maximumCharactersALine};
+    }
+
+    if (sizeHint().width() <= width && !full.contains(u'\n')) {
+        return {.texts = {full}};
     }
 
     Lines lines;
@@ -84,16 +96,17 @@ TextLabel::Lines TextLabel::linesIn(int width) const {
 }
 
 QSize TextLabel::sizeHint() const {
-    if (look_.maximumLines == 1) {
-        const QString line = text().left(maximumCharactersALine).simplified();
-        return {naturalWidth(line, font()), heightOf(1)};
+    if (!naturalSize_.isValid()) {
+        const QStringList lines = look_.maximumLines == 1
+                                      ? QStringList{text().left(maximumCharactersALine).simplified()}
+                                      : text().split(u'\n');
+        int width = 0;
+        for (const QString& line : lines) {
+            width = std::max(width, naturalWidth(line.left(maximumCharactersALine), font()));
+        }
+        naturalSize_ = {width, heightOf(lines.size())};
     }
-    int width = 0;
-    const QStringList paragraphs = text().split(u'\n');
-    for (const QString& paragraph : paragraphs) {
-        width = std::max(width, naturalWidth(paragraph.left(maximumCharactersALine), font()));
-    }
-    return {width, heightOf(paragraphs.size())};
+    return naturalSize_;
 }
 
 QSize TextLabel::minimumSizeHint() const {
@@ -109,6 +122,10 @@ int TextLabel::heightForWidth(int width) const {
 }
 
 bool TextLabel::event(QEvent* event) {
+    if (event->type() == QEvent::FontChange) {
+        naturalSize_ = {};
+        linesWidth_ = -1;
+    }
     if (event->type() == QEvent::ToolTip && linesIn(width()).isElided) {
         // As rich text, because only that wraps.
         const QString tip = Qt::convertFromPlainText(text().left(maximumToolTipCharacters));
@@ -127,7 +144,7 @@ void TextLabel::paintEvent(QPaintEvent*) {
     painter.setPen(color);
     const Qt::Alignment alignment =
         QStyle::visualAlignment(layoutDirection(), look_.alignment) | Qt::AlignAbsolute | Qt::AlignVCenter;
-    const Lines lines = linesIn(width());
+    const Lines& lines = linesIn(width());
     const int lineHeight = fontMetrics().lineSpacing();
     int y = (height() - heightOf(lines.texts.size())) / 2;
     for (const QString& line : lines.texts) {

@@ -42,10 +42,15 @@ private:
         QStringList texts;
         bool isElided = false;
     };
-    Lines linesIn(int width) const;
+    const Lines& linesIn(int width) const;
+    Lines brokenInto(int width) const;
     int heightOf(qsizetype lineCount) const;
 
     TextLook look_;
+    // Laying out asks for these over and over, and shaping text is what a long page's time goes into.
+    mutable QSize naturalSize_;
+    mutable int linesWidth_ = -1;
+    mutable Lines lines_;
 };
 
 } // namespace brisk
