@@ -1,25 +1,35 @@
 #include "app/app_delegate.h"
 #include "app/no_feed_updater.h"
+#include "platform/freedesktop/autostart_login_item.h"
+#include "platform/freedesktop/built_in_bundle_info.h"
+#include "platform/qt/autostart_settings.h"
+#include "platform/qt/link_opener.h"
 #include "platform/qt/main_queue.h"
 #include "platform/qt/message_bus.h"
+#include "platform/qt/pasteboard.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/wall_clock.h"
 #include "platform/x11/desktop.h"
 #include "settings/settings_locations.h"
 #include "ui/application_icon.h"
+#include "ui/custom_layout_editor.h"
 #include "ui/drag_overlay.h"
 #include "ui/modal_alerts.h"
 #include "ui/qt_application.h"
+#include "ui/settings_window.h"
 #include "ui/status_item.h"
 #include "ui/trust_explanation.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QMenuBar>
 #include <QSocketNotifier>
 
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -60,6 +70,19 @@ int main(int, char** argv) {
         return EXIT_FAILURE;
     }
     std::weak_ptr<AppDelegate> choosing;
+    switch (desktop->singleInstance().start([&choosing] {
+        if (const auto delegate = choosing.lock()) {
+            delegate->showSettings();
+        }
+    })) {
+    case SingleInstance::Start::alone:
+        break;
+    case SingleInstance::Start::handedOver:
+        return EXIT_SUCCESS;
+    case SingleInstance::Start::noAnswer:
+        std::cerr << "Brisk runs on this display already, but does not answer." << std::endl;
+        return EXIT_FAILURE;
+    }
     QtApplication shell([&choosing](const MenuItem& item) {
         if (const auto delegate = choosing.lock()) {
             delegate->perform(item);
@@ -81,6 +104,15 @@ int main(int, char** argv) {
                      processEvents);
     const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });
 
+    qt::LinkOpener links([&trustExplanation] { trustExplanation.show(); });
+    qt::Pasteboard pasteboard;
+    const freedesktop::BuiltInBundleInfo bundle;
+    const auto autostartFolder = freedesktop::autostartFolderOfUser();
+    freedesktop::AutostartLoginItem loginItem(autostartFolder, QCoreApplication::applicationFilePath().toStdString(),
+                                              [autostartFolder] { qt::openAutostartSettings(autostartFolder); });
+    const HotKeyRecorderServices recorderServices{
+        .hotKeys = desktop->hotKeys(), .keyInput = desktop->keyInput(), .mainQueue = mainQueue};
+
     const auto delegate = std::make_shared<AppDelegate>(
         DesktopServices{.accessibility = desktop->accessibility(),
                         .workspace = desktop->workspace(),
@@ -98,7 +130,28 @@ int main(int, char** argv) {
                 },
             .makeUpdater = [&alerts] { return std::make_unique<NoFeedUpdater>(alerts); },
             .makeOverlay =
-                [&desktop] { return std::make_unique<WindowDragOverlayController>(desktop->nativeWindows()); }},
+                [&desktop] { return std::make_unique<WindowDragOverlayController>(desktop->nativeWindows()); },
+            .makeSettingsWindow =
+                [&](SettingsStore& store, SettingsWindow::Callbacks callbacks) {
+                    return std::make_unique<BriskSettingsWindowController>(
+                        SettingsWindowServices{
+                            .settingsStore = store,
+                            .alerts = alerts,
+                            .accessibility = desktop->accessibility(),
+                            .loginItem = loginItem,
+                            .links = links,
+                            .pasteboard = pasteboard,
+                            .bundle = bundle,
+                            .makeMenuBar = [&shell](QWidget* window) { return shell.makeMenuBar(window); },
+                            .recorder = recorderServices,
+                            .editCustomLayout =
+                                [&](QWidget& window, const std::optional<CustomWindowLayout>& layout) {
+                                    return editCustomLayout(store, recorderServices, layout, &window);
+                                },
+                        },
+                        std::move(callbacks));
+                },
+        },
         settingsFoldersOfUser());
     choosing = delegate;
     delegateAtExit = delegate;
