@@ -3,6 +3,7 @@
 #include "ui/about_button.h"
 #include "ui/application_icon.h"
 #include "ui/text_label.h"
+#include "ui/web_address.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -32,13 +33,6 @@ protected:
         applicationIcon(themeColor(ColorRole::label, palette())).paint(&painter, rect());
     }
 };
-
-/// The address where it is one that a browser opens.
-QUrl webAddress(const std::string& address) {
-    const QUrl url(QString::fromStdString(address), QUrl::StrictMode);
-    const bool isWeb = url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http");
-    return url.isValid() && isWeb && !url.host().isEmpty() ? url : QUrl();
-}
 
 TextLook centered(int pixelSize, ColorRole color) {
     return {.pixelSize = pixelSize, .color = color, .alignment = Qt::AlignHCenter};

@@ -9,6 +9,7 @@
 #include "ui/settings_page.h"
 #include "ui/settings_toolbar.h"
 #include "ui/sync_pane.h"
+#include "ui/window_placement.h"
 #include "ui/windows_pane.h"
 
 #include <QApplication>
@@ -140,12 +141,10 @@ BriskSettingsWindowController::~BriskSettingsWindowController() {
 void BriskSettingsWindowController::show(SettingsPane pane) {
     select(pane);
     if (!window_->isVisible()) {
-        centreOnScreen();
+        window_->layout()->activate();
+        centreOnScreen(*window_);
     }
-    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
+    bringToFront(*window_);
 }
 
 bool BriskSettingsWindowController::eventFilter(QObject* watched, QEvent* event) {
@@ -321,18 +320,6 @@ void BriskSettingsWindowController::editCustomLayout(const std::optional<CustomW
         callbacks_.onSettingsChanged();
         select(SettingsPane::windows);
     }
-}
-
-void BriskSettingsWindowController::centreOnScreen() {
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (screen == nullptr) {
-        screen = QGuiApplication::primaryScreen();
-    }
-    window_->layout()->activate();
-    QRect frame(QPoint(), window_->size());
-    frame.moveCenter(screen->availableGeometry().center());
-    window_->move(std::max(frame.left(), screen->availableGeometry().left()),
-                  std::max(frame.top(), screen->availableGeometry().top()));
 }
 
 void BriskSettingsWindowController::fitWindowToPane() {

@@ -72,7 +72,6 @@ private:
     void showWindowGap();
     void editCustomLayout(const std::optional<CustomWindowLayout>& layout);
 
-    void centreOnScreen();
     void fitWindowToPane();
     void setContentHeight(int height);
 
