@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 #include "app/no_feed_updater.h"
+#include "app/product.h"
 #include "platform/freedesktop/autostart_login_item.h"
 #include "platform/freedesktop/built_in_bundle_info.h"
 #include "platform/qt/autostart_settings.h"
@@ -15,6 +16,7 @@
 #include "ui/custom_layout_editor.h"
 #include "ui/drag_overlay.h"
 #include "ui/modal_alerts.h"
+#include "ui/onboarding_window.h"
 #include "ui/qt_application.h"
 #include "ui/settings_window.h"
 #include "ui/status_item.h"
@@ -29,6 +31,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace {
@@ -56,7 +59,6 @@ int main(int, char** argv) {
     int argumentCount = 1;
     QApplication application(argumentCount, argv);
     QApplication::setApplicationName(QStringLiteral("brisk"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Brisk"));
     QApplication::setWindowIcon(applicationIcon(QApplication::palette().color(QPalette::WindowText)));
     QApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 
@@ -150,6 +152,18 @@ int main(int, char** argv) {
                                 },
                         },
                         std::move(callbacks));
+                },
+            .makeOnboardingWindow =
+                [&](std::function<void()> onFinish) {
+                    return std::make_unique<BriskOnboardingWindow>(
+                        OnboardingWindowServices{
+                            .accessibility = desktop->accessibility(),
+                            .mainQueue = mainQueue,
+                            .links = links,
+                            .productPageAddress = std::string(product::productPageAddress),
+                            .makeMenuBar = [&shell](QWidget* window) { return shell.makeMenuBar(window); },
+                        },
+                        std::move(onFinish));
                 },
         },
         settingsFoldersOfUser());

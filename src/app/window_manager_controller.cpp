@@ -155,17 +155,11 @@ SettingsWindow& WindowManagerController::settingsWindowController() {
 }
 
 void WindowManagerController::showSettings(SettingsPane pane) {
-    if (!presentation_.makeSettingsWindow) {
-        return;
-    }
     presentation_.application.setActivationPolicy(ActivationPolicy::regular);
     settingsWindowController().show(pane);
 }
 
 void WindowManagerController::showOnboarding() {
-    if (!presentation_.makeOnboardingWindow) {
-        return;
-    }
     if (!onboardingWindowController_) {
         onboardingWindowController_ = presentation_.makeOnboardingWindow([weak = weak_from_this()] {
             if (const auto self = weak.lock()) {

@@ -141,6 +141,10 @@ void TextLabel::paintEvent(QPaintEvent*) {
     if (look_.alpha) {
         color.setAlphaF(static_cast<float>(*look_.alpha));
     }
+    if (look_.color == ColorRole::green || look_.color == ColorRole::orange || look_.color == ColorRole::red) {
+        // Chosen for areas; as small text these say nothing to many eyes.
+        color = readableOn(palette().color(QPalette::Window), color);
+    }
     painter.setPen(color);
     const Qt::Alignment alignment =
         QStyle::visualAlignment(layoutDirection(), look_.alignment) | Qt::AlignAbsolute | Qt::AlignVCenter;
