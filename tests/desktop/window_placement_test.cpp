@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <string>
 
 namespace brisk::desktop {
@@ -158,6 +159,18 @@ TEST_P(WindowPlacement, IsNotHeldUpByAHungApplication) {
     EXPECT_TRUE(scene.readFrame(element));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     process.resume();
+}
+
+TEST_P(WindowPlacement, IsNotHeldUpByAHungWindowManager) {
+    WindowAccessScene scene(GetParam());
+    const xcb_window_t window = scene.openInFront();
+    const AXUIElementRef element = scene.focusedElement();
+    scene.windowManager.process().pause();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(scene.writeFrame(element, {{200, 100}, {700, 500}}));
+    EXPECT_TRUE(scene.readFrame(element));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    scene.windowManager.process().resume();
 }
 
 TEST_P(WindowPlacement, NothingMovesWithoutAWindowManager) {

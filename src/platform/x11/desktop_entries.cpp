@@ -1,5 +1,6 @@
 #include "platform/x11/desktop_entries.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
@@ -29,7 +30,10 @@ std::vector<fs::path> applicationFolders() {
     const std::string list = environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
     for (std::size_t begin = 0; begin <= list.size();) {
         const std::size_t end = std::min(list.find(':', begin), list.size());
-        folders.push_back(fs::path{list.substr(begin, end - begin)} / "applications");
+        // The rules have relative paths ignored.
+        if (const fs::path base{list.substr(begin, end - begin)}; base.is_absolute()) {
+            folders.push_back(base / "applications");
+        }
         begin = end + 1;
     }
     return folders;

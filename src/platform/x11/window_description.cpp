@@ -14,15 +14,24 @@ namespace {
 constexpr std::uint32_t maximumTypes = 32;
 constexpr std::uint32_t maximumClassWords = 128;
 
-xcb_res_query_client_ids_cookie_t requestOwner(Connection& connection, xcb_window_t window) {
+std::optional<xcb_res_query_client_ids_cookie_t> requestOwner(Connection& connection, xcb_window_t window) {
+    // A request of an extension that the server lacks would close the connection.
+    const auto* extension = xcb_get_extension_data(connection.xcb(), &xcb_res_id);
+    if (extension == nullptr || extension->present == 0) {
+        return std::nullopt;
+    }
     const xcb_res_client_id_spec_t wanted{.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     return xcb_res_query_client_ids(connection.xcb(), 1, &wanted);
 }
 
 /// The process that the server sees at the other end of the client's connection; none for one from another machine.
-std::optional<ProcessIdentifier> takeOwner(Connection& connection, xcb_res_query_client_ids_cookie_t cookie) {
+std::optional<ProcessIdentifier> takeOwner(Connection& connection,
+                                           const std::optional<xcb_res_query_client_ids_cookie_t>& cookie) {
+    if (!cookie) {
+        return std::nullopt;
+    }
     const Reply<xcb_res_query_client_ids_reply_t> reply{
-        xcb_res_query_client_ids_reply(connection.xcb(), cookie, nullptr)};
+        xcb_res_query_client_ids_reply(connection.xcb(), *cookie, nullptr)};
     if (!reply) {
         return std::nullopt;
     }

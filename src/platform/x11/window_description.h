@@ -7,6 +7,8 @@
 
 #include <xcb/res.h>
 
+#include <optional>
+
 namespace brisk::x11 {
 
 /// What is asked about a window when it is first seen: all questions are sent at once, for many windows together, and
@@ -24,7 +26,8 @@ private:
     Connection& connection_;
     const Atoms& atoms_;
     xcb_get_window_attributes_cookie_t attributes_;
-    xcb_res_query_client_ids_cookie_t owner_;
+    /// None where the server does not know whose a window is.
+    std::optional<xcb_res_query_client_ids_cookie_t> owner_;
     PropertyRequest class_;
     PropertyRequest type_;
     PropertyRequest strut_;

@@ -249,7 +249,8 @@ std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Con
         const bool hasAnswered = windowManager_.hasReached(movement.checkpoint);
         hasChanged_ = false;
         reading = ask(movement.window);
-        if (!reading || isDone(*reading) || hasAnswered) {
+        // The deadline is asked for each time: a window that never stops changing must not keep anybody waiting.
+        if (!reading || isDone(*reading) || hasAnswered || std::chrono::steady_clock::now() >= movement.deadline) {
             break;
         }
         bool isInTime = true;
