@@ -45,11 +45,6 @@ QColor withAlpha(QColor color, double alpha) {
     return color;
 }
 
-QColor blended(const QColor& over, const QColor& below, double alpha) {
-    const auto mix = [&](int a, int b) { return static_cast<int>(std::lround(a * alpha + b * (1 - alpha))); };
-    return {mix(over.red(), below.red()), mix(over.green(), below.green()), mix(over.blue(), below.blue())};
-}
-
 double lineWidth(const ZonePicture& zone) {
     return zone.isActive ? activeLineWidth : inactiveLineWidth;
 }
@@ -165,10 +160,8 @@ void WindowDragOverlayView::drawTranslucent(QPainter& painter, const ZonePicture
 }
 
 void WindowDragOverlayView::drawOutline(QPainter& painter, const ZonePicture& zone) const {
-    const QColor color = baseColor(zone);
-    // What is below shows on no pixel of ours: the window background stands in for it.
-    const QColor paler = blended(color, themeColor(ColorRole::windowBackground, palette()), inactiveStrokeAlpha);
-    fillPixels(painter, outline(zone), zone.isActive ? color : paler);
+    // In full colour, also where inactive: what is below is not known, and a paler line may vanish on it.
+    fillPixels(painter, outline(zone), baseColor(zone));
 }
 
 void WindowDragOverlayView::drawPill(QPainter& painter, const ZonePicture& zone) const {
