@@ -1,29 +1,69 @@
 #include "tour/screenshot.h"
 
+#include "desktop/support/wait.h"
+
 #include <png.h>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace brisk::tour {
+namespace {
 
-void writeScreenshot(desktop::DesktopConnection& connection, const std::string& path) {
+using Image = desktop::Reply<xcb_get_image_reply_t>;
+
+Image readScreen(desktop::DesktopConnection& connection) {
     const xcb_screen_t& screen = connection.screen();
     constexpr std::uint32_t allPlanes = ~0U;
     const auto cookie = xcb_get_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection.root(), 0, 0,
                                       screen.width_in_pixels, screen.height_in_pixels, allPlanes);
-    const desktop::Reply<xcb_get_image_reply_t> reply{xcb_get_image_reply(connection.xcb(), cookie, nullptr)};
-    if (!reply || reply->depth != 24) {
+    Image image{xcb_get_image_reply(connection.xcb(), cookie, nullptr)};
+    if (!image || image->depth != 24) {
         throw std::runtime_error("cannot read the screen");
     }
+    return image;
+}
+
+bool areEqual(const Image& a, const Image& b) {
+    const auto size = static_cast<std::size_t>(xcb_get_image_data_length(a.get()));
+    return std::memcmp(xcb_get_image_data(a.get()), xcb_get_image_data(b.get()), size) == 0;
+}
+
+/// The screen once it has been the same for a while: clients draw some time after they were moved. One that never stops
+/// drawing is taken as it is.
+Image readSteadyScreen(desktop::DesktopConnection& connection) {
+    using Clock = std::chrono::steady_clock;
+    Image image = readScreen(connection);
+    auto unchangedSince = Clock::now();
+    static_cast<void>(desktop::waitUntil(
+        [&] {
+            Image next = readScreen(connection);
+            if (!areEqual(image, next)) {
+                unchangedSince = Clock::now();
+            }
+            image = std::move(next);
+            return Clock::now() - unchangedSince >= std::chrono::milliseconds(200);
+        },
+        std::chrono::seconds(2)));
+    return image;
+}
+
+} // namespace
+
+void writeScreenshot(desktop::DesktopConnection& connection, const std::string& path) {
+    const Image screen = readSteadyScreen(connection);
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
-    image.width = screen.width_in_pixels;
-    image.height = screen.height_in_pixels;
+    image.width = connection.screen().width_in_pixels;
+    image.height = connection.screen().height_in_pixels;
     // The server's pixels are 32-bit words, blue lowest, the top byte of no meaning; libpng reads that byte as alpha.
     image.format = PNG_FORMAT_BGRA;
-    std::uint8_t* pixels = xcb_get_image_data(reply.get());
-    const int size = xcb_get_image_data_length(reply.get());
+    std::uint8_t* pixels = xcb_get_image_data(screen.get());
+    const int size = xcb_get_image_data_length(screen.get());
     for (int i = 3; i < size; i += 4) {
         pixels[i] = 0xFF;
     }
