@@ -163,7 +163,7 @@ TEST_P(WindowPlacement, IsNotHeldUpByAHungApplication) {
 
 TEST_P(WindowPlacement, IsNotHeldUpByAHungWindowManager) {
     WindowAccessScene scene(GetParam());
-    const xcb_window_t window = scene.openInFront();
+    scene.openInFront();
     const AXUIElementRef element = scene.focusedElement();
     scene.windowManager.process().pause();
     const auto start = std::chrono::steady_clock::now();
