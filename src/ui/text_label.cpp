@@ -44,7 +44,17 @@ int TextLabel::heightOf(qsizetype lineCount) const {
     return fontMetrics().lineSpacing() * static_cast<int>(std::max<qsizetype>(lineCount, 1));
 }
 
+/// `setText` is not virtual: a text that is another now is noticed when it is laid out.
+void TextLabel::forgetOtherText() const {
+    if (laidOutText_ != text()) {
+        laidOutText_ = text();
+        naturalSize_ = {};
+        linesWidth_ = -1;
+    }
+}
+
 const TextLabel::Lines& TextLabel::linesIn(int width) const {
+    forgetOtherText();
     if (width != linesWidth_) {
         lines_ = brokenInto(width);
         linesWidth_ = width;
@@ -96,6 +106,7 @@ TextLabel::Lines TextLabel::brokenInto(int width) const {
 }
 
 QSize TextLabel::sizeHint() const {
+    forgetOtherText();
     if (!naturalSize_.isValid()) {
         const QStringList lines = look_.maximumLines == 1
                                       ? QStringList{text().left(maximumCharactersALine).simplified()}

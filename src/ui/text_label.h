@@ -45,9 +45,11 @@ private:
     const Lines& linesIn(int width) const;
     Lines brokenInto(int width) const;
     int heightOf(qsizetype lineCount) const;
+    void forgetOtherText() const;
 
     TextLook look_;
     // Laying out asks for these over and over, and shaping text is what a long page's time goes into.
+    mutable QString laidOutText_;
     mutable QSize naturalSize_;
     mutable int linesWidth_ = -1;
     mutable Lines lines_;
