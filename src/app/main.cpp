@@ -27,6 +27,7 @@
 #include <QMenuBar>
 #include <QSocketNotifier>
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -115,6 +116,15 @@ int main(int, char** argv) {
     const HotKeyRecorderServices recorderServices{
         .hotKeys = desktop->hotKeys(), .keyInput = desktop->keyInput(), .mainQueue = mainQueue};
 
+    auto overlay = std::make_unique<WindowDragOverlayController>(desktop->nativeWindows());
+    // Once the program has started and has nothing else to do: the first drag should not wait for a native panel.
+    constexpr std::chrono::milliseconds quietStart{1000};
+    mainQueue.asyncAfter(quietStart, [&overlay] {
+        if (overlay) {
+            overlay->warmUp();
+        }
+    });
+
     const auto delegate = std::make_shared<AppDelegate>(
         DesktopServices{.accessibility = desktop->accessibility(),
                         .workspace = desktop->workspace(),
@@ -131,8 +141,8 @@ int main(int, char** argv) {
                     return std::make_unique<QtStatusItem>(std::move(callbacks), desktop->systemTray());
                 },
             .makeUpdater = [&alerts] { return std::make_unique<NoFeedUpdater>(alerts); },
-            .makeOverlay =
-                [&desktop] { return std::make_unique<WindowDragOverlayController>(desktop->nativeWindows()); },
+            // Asked for once: the controller keeps it.
+            .makeOverlay = [&overlay] { return std::move(overlay); },
             .makeSettingsWindow =
                 [&](SettingsStore& store, SettingsWindow::Callbacks callbacks) {
                     return std::make_unique<BriskSettingsWindowController>(
