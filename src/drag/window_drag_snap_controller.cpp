@@ -75,6 +75,9 @@ void WindowDragSnapController::handleEvent(NSEventType type, NSEventModifierFlag
 void WindowDragSnapController::handleMouseDown() {
     dropGesture();
     dragState_ = newGesture();
+    if (!dragState_) {
+        eventMonitor_.ignoreRestOfPress();
+    }
 }
 
 std::optional<WindowDragSnapController::DragState> WindowDragSnapController::newGesture() const {
@@ -109,6 +112,7 @@ void WindowDragSnapController::handleMouseDragged(NSEventModifierFlags flags, CG
     const auto current = windowManager_.focusedWindowFrame(*dragState_->app);
     if (!current || hasResized(dragState_->initialFrame, *current)) {
         dropGesture();
+        eventMonitor_.ignoreRestOfPress();
         return;
     }
     if (!hasMoved(dragState_->initialFrame, *current)) {

@@ -32,6 +32,10 @@ public:
     virtual std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) = 0;
     virtual void removeMonitor(Token token) = 0;
 
+    /// Says that nothing more of the press that was last reported is of interest to anybody, its release included. A
+    /// mouse that moves then costs as little as with no button down.
+    virtual void ignoreRestOfPress() = 0;
+
     /// Where the pointer is now, in AppKit coordinates.
     virtual CGPoint mouseLocation() = 0;
 };

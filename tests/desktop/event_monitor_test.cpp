@@ -382,6 +382,12 @@ TEST_F(EventMonitorTest, AnIdleMouseWakesNobody) {
     EXPECT_EQ(rattle(), 0U) << "before any press";
     pointer.down();
     ASSERT_TRUE(waitForReport(leftMouseDown));
+    monitor.ignoreRestOfPress();
+    EXPECT_EQ(rattle(), 0U) << "a press that is of no interest";
+    pointer.up();
+    ASSERT_TRUE(waitForMoveEnd());
+    pointer.down();
+    ASSERT_TRUE(waitForReport(leftMouseDown));
     EXPECT_GT(rattle(), 0U) << "while dragging";
     pointer.up();
     ASSERT_TRUE(waitForReport(leftMouseUp));

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -206,7 +207,8 @@ TEST_F(WindowDragSnapControllerTest, NothingIsTrackedWithoutTrustZonesApplicatio
     custom = {{.id = "A", .name = "A", .isAvailableForDragging = false}};
     desktop.log.clear();
     EXPECT_THAT(gesture(), IsEmpty());
-    EXPECT_THAT(desktop.log.calls(), ElementsAre("AXIsProcessTrusted")) << "no window is asked for";
+    EXPECT_THAT(desktop.log.calls(), ElementsAre("AXIsProcessTrusted", "ignoreRestOfPress"))
+        << "no window is asked for, and no more of the mouse";
     custom.front().isAvailableForDragging = true;
     EXPECT_THAT(gesture(), testing::Contains("snap window.custom.A Editor"));
 
@@ -225,6 +227,17 @@ TEST_F(WindowDragSnapControllerTest, DragsWithoutShiftReadNoWindow) {
     EXPECT_THAT(desktop.log.calls(), IsEmpty());
     drag(shift, {50, 0});
     EXPECT_FALSE(desktop.log.calls().empty());
+}
+
+TEST_F(WindowDragSnapControllerTest, TheMouseIsWatchedOnlyAsLongAsTheGestureMaySnap) {
+    const auto isIgnored = [&] { return std::ranges::count(desktop.log.calls(), "ignoreRestOfPress") == 1; };
+    press();
+    drag(0, {50, 0});
+    drag(shift, {50, 0});
+    EXPECT_FALSE(isIgnored());
+    window->frame.size.width += 50;
+    drag(shift, {50, 0});
+    EXPECT_TRUE(isIgnored());
 }
 
 TEST_F(WindowDragSnapControllerTest, StopEndsTheGestureAndTheWatching) {

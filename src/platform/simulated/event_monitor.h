@@ -21,6 +21,7 @@ public:
 
     std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) override;
     void removeMonitor(Token token) override;
+    void ignoreRestOfPress() override { log_.record("ignoreRestOfPress"); }
     CGPoint mouseLocation() override { return pointer; }
 
 private:

@@ -71,6 +71,13 @@ void EventMonitor::removeMonitor(Token token) {
     }
 }
 
+void EventMonitor::ignoreRestOfPress() {
+    // A press that is still held back is another one.
+    if (drag_ && drag_->isReported) {
+        forgetDrag();
+    }
+}
+
 CGPoint EventMonitor::mouseLocation() {
     const auto pointer = readPointer(connection_);
     if (!pointer) {
@@ -221,17 +228,23 @@ void EventMonitor::wakeAt(Clock::time_point time) {
                                });
 }
 
+/// Deals with one thing a turn: who is told of it has a turn before the next, so that what it has lost interest in is
+/// never a later press.
 void EventMonitor::work() {
-    for (;;) {
-        if (drag_ && !drag_->isReported && !endHold()) {
+    if (drag_ && !drag_->isReported) {
+        if (!endHold()) {
             return;
         }
+    } else {
         if (notices_.empty() || mustWait(notices_.front())) {
             return;
         }
         const Notice notice = notices_.front();
         notices_.pop_front();
         deal(notice);
+    }
+    if (!notices_.empty() || (drag_ && !drag_->isReported)) {
+        schedule();
     }
 }
 
@@ -337,12 +350,16 @@ void EventMonitor::change(std::uint16_t modifiers) {
 }
 
 void EventMonitor::end(std::uint16_t modifiers) {
+    forgetDrag();
+    report(NSEventType::leftMouseUp, modifiers);
+}
+
+void EventMonitor::forgetDrag() {
     drag_.reset();
     if (timer_) {
         std::exchange(timer_, nullptr)->cancel();
     }
     select(Selection::buttons);
-    report(NSEventType::leftMouseUp, modifiers);
 }
 
 void EventMonitor::reportDrag() {

@@ -35,6 +35,7 @@ public:
 
     std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) override;
     void removeMonitor(Token token) override;
+    void ignoreRestOfPress() override;
     CGPoint mouseLocation() override;
 
 private:
@@ -83,6 +84,7 @@ private:
     void move();
     void change(std::uint16_t modifiers);
     void end(std::uint16_t modifiers);
+    void forgetDrag();
     void reportDrag();
     void report(NSEventType type, std::uint16_t modifiers);
 
