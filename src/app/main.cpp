@@ -28,6 +28,7 @@
 #include <QSocketNotifier>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -56,6 +57,8 @@ int main(int, char** argv) {
     // This program is wired to X11; under a Wayland session it works on the windows of Xwayland. It takes no command
     // line, and Qt gets none to look for options in.
     qputenv("QT_QPA_PLATFORM", "xcb");
+    // Standard output may be a pipe that nobody reads any more: a line lost is no reason to end.
+    std::signal(SIGPIPE, SIG_IGN);
     qt::startNoMessageBus();
     int argumentCount = 1;
     QApplication application(argumentCount, argv);
@@ -98,6 +101,7 @@ int main(int, char** argv) {
     const auto processEvents = [&] {
         desktop->processEvents();
         if (desktop->isBroken()) {
+            std::cerr << "Brisk lost its connection to the X server." << std::endl;
             readable.setEnabled(false);
             QApplication::exit(EXIT_FAILURE);
         }

@@ -1,7 +1,9 @@
 #include "hotkeys/command_hot_key_registry.h"
 
-#include <iostream>
+#include "text/standard_output.h"
+
 #include <set>
+#include <string>
 #include <utility>
 
 namespace brisk {
@@ -22,7 +24,7 @@ void CommandHotKeyRegistry::registerBindings(const std::map<CommandIdentifier, H
     const auto installation =
         service_.InstallEventHandler([this](std::optional<EventHotKeyID> id) { return handleHotKeyPressed(id); });
     if (installation.status != noErr) {
-        std::cout << "Failed to install window hotkey handler: " << installation.status << std::endl;
+        printLine("Failed to install window hotkey handler: " + std::to_string(installation.status));
         return;
     }
     eventHandlerRef_ = installation.handler;
@@ -32,13 +34,13 @@ void CommandHotKeyRegistry::registerBindings(const std::map<CommandIdentifier, H
     for (const auto& [command, binding] : bindings) {
         const EventHotKeyID hotKeyID{.signature = signature, .id = id++};
         if (registered.contains(binding)) {
-            std::cout << "Skipped duplicate window hotkey " << binding.display << " for " << command << std::endl;
+            printLine("Skipped duplicate window hotkey " + binding.display + " for " + command);
             continue;
         }
         const auto registration = service_.RegisterEventHotKey(binding.keyCode, binding.modifiers, hotKeyID);
         if (registration.status != noErr) {
-            std::cout << "Failed to register window hotkey " << binding.display << " for " << command << ": "
-                      << registration.status << std::endl;
+            printLine("Failed to register window hotkey " + binding.display + " for " + command + ": " +
+                      std::to_string(registration.status));
             continue;
         }
         registered.insert(binding);

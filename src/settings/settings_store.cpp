@@ -2,10 +2,10 @@
 
 #include "settings/settings_file.h"
 #include "settings/settings_json.h"
+#include "text/standard_output.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <ctime>
 #include <exception>
 #include <string_view>
@@ -15,13 +15,6 @@
 namespace brisk {
 
 namespace {
-
-/// One call and one flush, so that lines of the two threads never mix and none is lost with the process.
-void printLine(std::string line) {
-    line += '\n';
-    (void)std::fputs(line.c_str(), stdout);
-    (void)std::fflush(stdout);
-}
 
 std::error_code copyFile(const std::filesystem::path& source, const std::filesystem::path& target) {
     const auto bytes = readFile(source);

@@ -7,7 +7,7 @@
 
 namespace brisk::qt {
 
-/// Turns SIGTERM and SIGINT into a call on the main loop, where a signal handler may do nothing of use itself. One at a
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main loop, where a signal handler may do nothing of use itself. One at a
 /// time in a process; the signals have their default effect again once it goes.
 class TerminationSignals {
 public:
