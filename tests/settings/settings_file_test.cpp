@@ -1,8 +1,9 @@
 #include "settings/settings_file.h"
 
 #include "settings/child_process.h"
+#include "settings/folder_contents.h"
 #include "settings/settings_json.h"
-#include "settings/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

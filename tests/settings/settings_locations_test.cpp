@@ -1,6 +1,7 @@
 #include "settings/settings_locations.h"
 
-#include "settings/temporary_folder.h"
+#include "settings/folder_contents.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,9 @@
 #include "settings/settings_store.h"
 
 #include "settings/child_process.h"
+#include "settings/folder_contents.h"
 #include "settings/settings_json.h"
-#include "settings/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
