@@ -3,7 +3,6 @@
 #include <QAction>
 
 #include <array>
-#include <cassert>
 #include <optional>
 #include <utility>
 
@@ -80,13 +79,12 @@ Qt::KeyboardModifiers modifiersOf(const MenuItem& item) {
     return modifiers;
 }
 
-/// Not deleted at once: the action may be the one whose signal we are in.
-void removeItems(QMenu& menu, const QAction* except = nullptr) {
+/// Not deleted at once: the action, or the submenu, may be the one whose signal we are in.
+void removeItems(QMenu& menu) {
     for (QAction* action : menu.actions()) {
-        if (action != except) {
-            menu.removeAction(action);
-            action->deleteLater();
-        }
+        menu.removeAction(action);
+        QObject* const item = action->menu() != nullptr ? static_cast<QObject*>(action->menu()) : action;
+        item->deleteLater();
     }
 }
 
@@ -103,9 +101,7 @@ QString menuText(const std::string& title) {
 }
 
 MenuView::MenuView(Shortcuts shortcuts, std::function<void(const MenuItem&)> onChosen)
-    : shortcuts_(shortcuts), onChosen_(std::move(onChosen)) {
-    menu_.addMenu(&submenu_)->setVisible(false);
-}
+    : shortcuts_(shortcuts), onChosen_(std::move(onChosen)) {}
 
 void MenuView::setContents(const Menu& contents) {
     // What has not changed stays: a panel may be showing it, and answers with the items it knows.
@@ -113,31 +109,23 @@ void MenuView::setContents(const Menu& contents) {
         return;
     }
     contents_ = contents;
-    QAction* const submenuItem = submenu_.menuAction();
-    removeItems(menu_, submenuItem);
-    removeItems(submenu_);
-    submenuItem->setVisible(false);
+    removeItems(menu_);
     menu_.setTitle(menuText(contents.title));
-    addItems(contents.items, menu_, submenuItem);
+    addItems(contents.items, menu_);
 }
 
-void MenuView::addItems(const std::vector<MenuItem>& items, QMenu& menu, QAction* before) {
+void MenuView::addItems(const std::vector<MenuItem>& items, QMenu& menu) {
     for (const MenuItem& item : items) {
         if (item.submenu.empty()) {
-            menu.insertAction(before, makeAction(item));
-            continue;
+            addItem(item, menu);
+        } else {
+            addItems(item.submenu, *menu.addMenu(menuText(item.title)));
         }
-        assert(&menu == &menu_ && before == submenu_.menuAction() && "one submenu, and none inside it");
-        submenu_.setTitle(menuText(item.title));
-        before->setVisible(true);
-        before->setEnabled(item.isEnabled);
-        addItems(item.submenu, submenu_, nullptr);
-        before = nullptr;
     }
 }
 
-QAction* MenuView::makeAction(const MenuItem& item) {
-    auto* const action = new QAction(menuText(item.title), this);
+void MenuView::addItem(const MenuItem& item, QMenu& menu) {
+    auto* const action = new QAction(menuText(item.title), &menu);
     action->setSeparator(item.isSeparator);
     action->setEnabled(item.isEnabled);
     // By its title alone, Qt would move "Quit" or "About" into another menu on some platforms.
@@ -148,7 +136,7 @@ QAction* MenuView::makeAction(const MenuItem& item) {
     action->setShortcutContext(shortcuts_ == Shortcuts::active ? Qt::WindowShortcut : Qt::WidgetShortcut);
     QObject::connect(
         action, &QAction::triggered, this, [this, item] { onChosen_(item); }, Qt::QueuedConnection);
-    return action;
+    menu.addAction(action);
 }
 
 } // namespace brisk

@@ -35,16 +35,13 @@ public:
     QMenu& menu() { return menu_; }
 
 private:
-    void addItems(const std::vector<MenuItem>& items, QMenu& menu, QAction* before);
-    QAction* makeAction(const MenuItem& item);
+    void addItems(const std::vector<MenuItem>& items, QMenu& menu);
+    void addItem(const MenuItem& item, QMenu& menu);
 
     Shortcuts shortcuts_;
     std::function<void(const MenuItem&)> onChosen_;
     Menu contents_;
     QMenu menu_;
-    /// Its item is always in the menu, hidden while there is nothing in it: a tray that shows menus over D-Bus takes
-    /// over the submenus it finds when it is given the menu, and no later ones.
-    QMenu submenu_;
 };
 
 } // namespace brisk
