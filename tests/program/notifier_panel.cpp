@@ -6,6 +6,7 @@
 #include <QDBusVariant>
 
 #include <stdexcept>
+#include <utility>
 
 namespace brisk::desktop {
 
@@ -30,7 +31,7 @@ QDBusArgument& operator<<(QDBusArgument& argument, const ExportedItem& item) {
     return argument;
 }
 
-NotifierPanel::NotifierPanel(const QDBusConnection& bus, Host host) : bus_(bus), hasHost_(host == Host::present) {
+NotifierPanel::NotifierPanel(QDBusConnection bus, Host host) : bus_(std::move(bus)), hasHost_(host == Host::present) {
     qDBusRegisterMetaType<ExportedItem>();
     if (!bus_.registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportAllContents) ||
         !bus_.registerService(serviceName)) {

@@ -32,7 +32,7 @@ class NotifierPanel : public QObject {
 
 public:
     enum class Host { present, absent };
-    NotifierPanel(const QDBusConnection& bus, Host host);
+    NotifierPanel(QDBusConnection bus, Host host);
     NotifierPanel(const NotifierPanel&) = delete;
     NotifierPanel& operator=(const NotifierPanel&) = delete;
     ~NotifierPanel() override;
