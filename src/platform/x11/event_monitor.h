@@ -5,6 +5,7 @@
 #include "platform/x11/atoms.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/displays.h"
+#include "platform/x11/pointer.h"
 
 #include <chrono>
 #include <cstdint>
@@ -103,6 +104,8 @@ private:
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
     Clock::time_point lastDragReport_;
+    /// The pointer as read for the last report of a drag, until it is asked for.
+    std::optional<PointerReading> pointerOfReport_;
     bool isScheduled_ = false;
     DispatchWorkItemRef timer_;
     /// What scheduled work holds weakly.
