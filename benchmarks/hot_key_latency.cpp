@@ -6,13 +6,12 @@
 #include "desktop/support/virtual_server.h"
 #include "desktop/support/wait.h"
 #include "desktop/support/window_manager.h"
+#include "quantile.h"
 
 #include <poll.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
-#include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <iomanip>
@@ -40,13 +39,6 @@ struct Peer {
     std::array<Key, 2> keys;
     std::vector<double> milliseconds;
 };
-
-/// Value at the fraction of the sorted sample, by the nearest rank.
-double quantile(std::vector<double> sample, double fraction) {
-    std::sort(sample.begin(), sample.end());
-    const auto rank = static_cast<std::size_t>(std::ceil(fraction * static_cast<double>(sample.size())));
-    return sample.at(std::max<std::size_t>(rank, 1) - 1);
-}
 
 class Benchmark {
 public:
