@@ -31,10 +31,14 @@ xcb_window_t WindowAccessScene::openInFront(const WindowDescription& description
 }
 
 bool WindowAccessScene::waitInFront(xcb_window_t window, Activation activation) {
+    // Asked once: more requests would pile up at a slow window manager and activate the window again later on, when
+    // another has its turn.
+    bool mustAsk = activation == Activation::requested;
     const bool isActive = waitUntil([&] {
         client.dispatchEvents();
-        if (activation == Activation::requested && desktop.isManaged(window) && desktop.activeWindow() != window) {
+        if (mustAsk && desktop.isManaged(window) && desktop.activeWindow() != window) {
             desktop.requestActivation(window);
+            mustAsk = false;
         }
         return desktop.isManaged(window) && desktop.activeWindow() == window;
     });
