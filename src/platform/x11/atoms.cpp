@@ -21,7 +21,6 @@ Atoms::Atoms(Connection& connection) {
         {"_NET_REQUEST_FRAME_EXTENTS", &Atoms::netRequestFrameExtents},
         {"_NET_FRAME_EXTENTS", &Atoms::netFrameExtents},
         {"_GTK_FRAME_EXTENTS", &Atoms::gtkFrameExtents},
-        {"_NET_WM_NAME", &Atoms::netWindowName},
         {"_NET_WM_PID", &Atoms::netWindowProcessID},
         {"_NET_WM_WINDOW_TYPE", &Atoms::netWindowType},
         {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::netWindowTypeDesktop},

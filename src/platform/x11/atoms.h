@@ -21,7 +21,6 @@ struct Atoms {
     xcb_atom_t netRequestFrameExtents;
     xcb_atom_t netFrameExtents;
     xcb_atom_t gtkFrameExtents;
-    xcb_atom_t netWindowName;
     xcb_atom_t netWindowProcessID;
     xcb_atom_t netWindowType;
     xcb_atom_t netWindowTypeDesktop;

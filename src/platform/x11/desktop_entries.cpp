@@ -1,10 +1,14 @@
 #include "platform/x11/desktop_entries.h"
 
+#include "platform/freedesktop/desktop_entry.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <string_view>
 #include <vector>
@@ -23,45 +27,38 @@ std::string environment(const char* name, const std::string& otherwise) {
     return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
-/// The folders of the XDG base directory rules, the user's own first.
+using Entry = std::map<std::string, std::string, std::less<>>;
+
+/// The folders of the XDG base directory rules, the user's own first. The rules have relative paths ignored.
 std::vector<fs::path> applicationFolders() {
-    std::vector<fs::path> folders{fs::path{environment("XDG_DATA_HOME", environment("HOME", "") + "/.local/share")} /
-                                  "applications"};
+    std::vector<fs::path> folders;
+    const auto add = [&folders](const fs::path& base) {
+        if (base.is_absolute()) {
+            folders.push_back(base / "applications");
+        }
+    };
+    const fs::path home = environment("XDG_DATA_HOME", "");
+    add(home.is_absolute() ? home : fs::path{environment("HOME", "")} / ".local/share");
     const std::string list = environment("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
     for (std::size_t begin = 0; begin <= list.size();) {
         const std::size_t end = std::min(list.find(':', begin), list.size());
-        // The rules have relative paths ignored.
-        if (const fs::path base{list.substr(begin, end - begin)}; base.is_absolute()) {
-            folders.push_back(base / "applications");
-        }
+        add(list.substr(begin, end - begin));
         begin = end + 1;
     }
     return folders;
 }
 
-/// The keys of the entry's main group.
-std::map<std::string, std::string> readEntry(const fs::path& path) {
-    std::map<std::string, std::string> keys;
+Entry readEntry(const fs::path& path) {
     std::error_code error;
     if (const auto size = fs::file_size(path, error); error || size > maximumEntrySize) {
-        return keys;
+        return {};
     }
-    std::ifstream file{path};
-    bool isInMainGroup = false;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with('[')) {
-            isInMainGroup = line.starts_with("[Desktop Entry]");
-        } else if (const auto equals = line.find('='); isInMainGroup && equals != std::string::npos) {
-            const auto key = line.substr(0, line.find_last_not_of(' ', equals - 1) + 1);
-            const auto value = line.find_first_not_of(' ', equals + 1);
-            keys.emplace(key, value == std::string::npos ? std::string{} : line.substr(value));
-        }
-    }
-    return keys;
+    std::ifstream file{path, std::ios::binary};
+    return freedesktop::parseDesktopEntry(std::string{std::istreambuf_iterator<char>{file}, {}});
 }
 
 /// "Name[de_AT]", "Name[de]", "Name", as the user's locale says.
-std::optional<std::string> localizedName(const std::map<std::string, std::string>& entry) {
+std::optional<std::string> localizedName(const Entry& entry) {
     std::string locale = environment("LC_ALL", environment("LC_MESSAGES", environment("LANG", "")));
     locale.erase(std::min(locale.find_first_of(".@"), locale.size()));
     const std::string language = locale.substr(0, locale.find('_'));
