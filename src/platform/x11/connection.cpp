@@ -61,6 +61,11 @@ bool Connection::isBroken() const {
     return xcb_connection_has_error(connection_) != 0;
 }
 
+bool Connection::has(xcb_extension_t& extension) const {
+    const auto* data = xcb_get_extension_data(connection_, &extension);
+    return data != nullptr && data->present != 0;
+}
+
 xcb_atom_t Connection::atom(const char* name) {
     for (const NamedAtom& known : atoms_) {
         if (known.name == name || std::strcmp(known.name, name) == 0) {
@@ -79,8 +84,12 @@ Connection::Subscription Connection::addEventHandler(EventHandler handler) {
 }
 
 void Connection::dispatchEvents() {
-    while (const Event event{xcb_poll_for_event(connection_)}) {
+    // Only what is not read yet makes this read the socket, and only once: who sends events without end must not keep
+    // the main loop here.
+    dispatchQueuedEvents();
+    if (const Event event{xcb_poll_for_event(connection_)}) {
         dispatch(*event);
+        dispatchQueuedEvents();
     }
     xcb_flush(connection_);
 }
@@ -98,7 +107,7 @@ bool Connection::waitForEvents(std::chrono::steady_clock::time_point deadline) {
         if (const Event event{xcb_poll_for_event(connection_)}) {
             dispatch(*event);
             dispatchQueuedEvents();
-            return true;
+            return std::chrono::steady_clock::now() < deadline;
         }
         const auto remaining = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
         if (remaining <= milliseconds::zero() || isBroken()) {

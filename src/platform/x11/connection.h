@@ -59,6 +59,9 @@ public:
     /// True once the server is gone; every request from then on is a no-op and every reply null.
     bool isBroken() const;
 
+    /// Whether the server has the extension. A request of one that it lacks would make xcb close the connection.
+    bool has(xcb_extension_t& extension) const;
+
     /// The atom of that name, interned on first use and remembered; names must be string literals' lifetime or longer.
     xcb_atom_t atom(const char* name);
 
@@ -66,13 +69,14 @@ public:
     /// be called while another component waits for a reply: it takes notice and schedules, it does not act.
     [[nodiscard]] Subscription addEventHandler(EventHandler handler);
 
-    /// Hands every event received so far to the handlers and flushes requests. Never waits.
+    /// Hands the events received so far, those of one read of the socket, to the handlers and flushes requests. Never
+    /// waits, and ends however fast events come.
     void dispatchEvents();
     /// The same for events that xcb has read already, without reading the socket: after a reply, so that what the
     /// server said before it is known.
     void dispatchQueuedEvents();
     /// Flushes requests, waits for events until `deadline` at most and hands those received to the handlers; false when
-    /// none came, or the server is gone.
+    /// the time is up, or the server is gone.
     bool waitForEvents(std::chrono::steady_clock::time_point deadline);
     /// Hands one event, taken from xcb by a component that waited for it, to the handlers.
     void dispatch(const xcb_generic_event_t& event);

@@ -56,6 +56,9 @@ void NativeWindows::orderFrontRegardless(NativeWindowID window) {
 }
 
 void NativeWindows::setShape(NativeWindowID window, const std::optional<std::vector<CGRect>>& shape) {
+    if (!connection_.has(xcb_shape_id)) {
+        return;
+    }
     if (!shape) {
         finish(xcb_shape_mask_checked(connection_.xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, xcbWindow(window), 0,
                                       0, XCB_PIXMAP_NONE));

@@ -10,20 +10,22 @@
 namespace brisk::x11 {
 namespace {
 
-/// The child of the root window that the window is or lies in; none when it is gone.
+/// The child of the root window that the window is or lies in; none when it is gone. Bounded, since the tree may change
+/// underway.
 xcb_window_t topLevelOf(Connection& connection, xcb_window_t window) {
-    while (window != XCB_WINDOW_NONE) {
+    constexpr int maximumDepth = 64;
+    for (int depth = 0; depth < maximumDepth && window != XCB_WINDOW_NONE; ++depth) {
         const auto cookie = xcb_query_tree(connection.xcb(), window);
         const Reply<xcb_query_tree_reply_t> tree{xcb_query_tree_reply(connection.xcb(), cookie, nullptr)};
         if (!tree) {
             return XCB_WINDOW_NONE;
         }
         if (tree->parent == connection.root()) {
-            break;
+            return window;
         }
         window = tree->parent;
     }
-    return window;
+    return XCB_WINDOW_NONE;
 }
 
 std::optional<PointerReading> take(Connection& connection, xcb_query_pointer_cookie_t cookie) {
@@ -56,6 +58,9 @@ bool isIn(Connection& connection, xcb_window_t window, xcb_window_t topLevel) {
 class OwnIDs {
 public:
     explicit OwnIDs(Connection& connection) : connection_(connection) {
+        if (!connection.has(xcb_res_id)) {
+            return;
+        }
         const xcb_res_client_id_spec_t everyProcess{.client = 0, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
         cookie_ = xcb_res_query_client_ids(connection.xcb(), 1, &everyProcess);
     }
@@ -64,6 +69,9 @@ public:
         const xcb_setup_t& setup = *xcb_get_setup(connection_.xcb());
         rangeMask_ = ~setup.resource_id_mask;
         ranges_ = {setup.resource_id_base};
+        if (!cookie_) {
+            return;
+        }
         struct Range {
             std::uint32_t base;
             std::uint32_t processID;
@@ -72,7 +80,7 @@ public:
         // Our own process id as the server sees it, which may live in another process id name space.
         std::optional<std::uint32_t> own;
         const Reply<xcb_res_query_client_ids_reply_t> reply{
-            xcb_res_query_client_ids_reply(connection_.xcb(), cookie_, nullptr)};
+            xcb_res_query_client_ids_reply(connection_.xcb(), *cookie_, nullptr)};
         if (!reply) {
             return;
         }
@@ -96,7 +104,8 @@ public:
 
 private:
     Connection& connection_;
-    xcb_res_query_client_ids_cookie_t cookie_{};
+    /// None without the extension: then only what this connection has made is known.
+    std::optional<xcb_res_query_client_ids_cookie_t> cookie_;
     std::uint32_t rangeMask_ = 0;
     std::vector<std::uint32_t> ranges_;
 };

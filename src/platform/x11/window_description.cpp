@@ -15,9 +15,7 @@ constexpr std::uint32_t maximumTypes = 32;
 constexpr std::uint32_t maximumClassWords = 128;
 
 std::optional<xcb_res_query_client_ids_cookie_t> requestOwner(Connection& connection, xcb_window_t window) {
-    // A request of an extension that the server lacks would close the connection.
-    const auto* extension = xcb_get_extension_data(connection.xcb(), &xcb_res_id);
-    if (extension == nullptr || extension->present == 0) {
+    if (!connection.has(xcb_res_id)) {
         return std::nullopt;
     }
     const xcb_res_client_id_spec_t wanted{.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};

@@ -52,7 +52,11 @@ void WindowManagerPeer::handle(const xcb_generic_event_t& event) {
     if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
         const auto& notify = as<xcb_property_notify_event_t>(event);
         if (notify.window == ownWindow_ && notify.atom == atoms_.netFrameExtents) {
-            ++answers_;
+            // Whoever takes them away has not answered. An answer that is left over from its predecessor's time is not
+            // one to a question that is yet to come.
+            if (notify.state == XCB_PROPERTY_NEW_VALUE) {
+                answers_ = std::min(answers_ + 1, questions_);
+            }
         } else if (notify.atom == atoms_.netSupportingWindowManagerCheck || notify.atom == atoms_.netSupported) {
             isStale_ = isStale_ || notify.window == connection_.root() || notify.window == checkWindow_;
         }

@@ -257,9 +257,6 @@ std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Con
         while (isInTime && !hasChanged_ && !windowManager_.hasReached(movement.checkpoint)) {
             isInTime = connection_.waitForEvents(movement.deadline);
         }
-        if (!isInTime) {
-            break;
-        }
     }
     awaited_ = XCB_WINDOW_NONE;
     return reading;
