@@ -43,8 +43,12 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
 
 } // namespace
 
-void ValuedControl::describeTo(QWidget& self, const QString& name, const QString& help) const {
+// Before the widget says anything about itself: Qt keeps the accessible that it makes at the first word.
+ValuedControl::ValuedControl() {
     QAccessible::installFactory(makeAccessible); // the second time and on, nothing
+}
+
+void ValuedControl::describeTo(QWidget& self, const QString& name, const QString& help) const {
     self.setAccessibleName(name);
     self.setAccessibleDescription(accessibilityValue() + QStringLiteral(". ") + help);
 }

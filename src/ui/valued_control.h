@@ -13,7 +13,11 @@ public:
     virtual ~ValuedControl() = default;
     virtual QString accessibilityValue() const = 0;
 
+    ValuedControl(const ValuedControl&) = delete;
+    ValuedControl& operator=(const ValuedControl&) = delete;
+
 protected:
+    ValuedControl();
     /// Name and help stay. Some desktops' assistive technology reads no such value: there it is spoken as the first
     /// part of the description. To be called when the value has changed, too.
     void describeTo(QWidget& self, const QString& name, const QString& help) const;
