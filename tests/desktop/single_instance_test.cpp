@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <deque>
 #include <future>
 #include <memory>
 #include <thread>
@@ -108,11 +109,15 @@ TEST(SingleInstanceTest, OfManyStartedAtOnceOneGoesOn) {
     std::atomic<int> alone{0};
     std::atomic<int> handedOver{0};
     std::atomic<int> startsAgain{0};
+    // Connected one after the other: the library that looks for the server's cookie is not made for threads.
+    std::deque<Copy> connected;
+    for (int i = 0; i < copies; ++i) {
+        connected.emplace_back(server);
+    }
     std::vector<std::jthread> threads;
     threads.reserve(copies);
-    for (int i = 0; i < copies; ++i) {
+    for (Copy& copy : connected) {
         threads.emplace_back([&] {
-            Copy copy(server);
             ready.arrive_and_wait();
             if (const Start start = copy.start(); start != Start::alone) {
                 handedOver += start == Start::handedOver ? 1 : 0;
