@@ -20,10 +20,13 @@ constexpr int minimumControlWidth = 88;
 constexpr int maximumControlWidth = 240;
 
 /// Keeps the key that ended a recording, while it is still held, from meaning anything else: Escape repeated would
-/// close the window, and a shortcut of our own menus would be carried out. Goes when the key does.
+/// close the window, and a shortcut of our own menus would be carried out. Goes when that key does: other keys, the
+/// modifiers of the combination among them, come and go meanwhile.
 class HeldKeyFilter final : public QObject {
 public:
-    explicit HeldKeyFilter(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+    HeldKeyFilter(QWidget& window, quint32 scanCode) : QObject(&window), scanCode_(scanCode) {
+        window.installEventFilter(this);
+    }
 
     bool eventFilter(QObject*, QEvent* event) override {
         switch (event->type()) {
@@ -34,13 +37,20 @@ public:
         default:
             return false;
         }
-        if (static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.nativeScanCode() != scanCode_) {
+            return false;
+        }
+        if (key.isAutoRepeat()) {
             event->accept();
             return true;
         }
         deleteLater();
         return false;
     }
+
+private:
+    const quint32 scanCode_;
 };
 
 /// One line of text, whatever a layout's name in it contains.
@@ -131,7 +141,7 @@ void HotKeyRecorderView::keyPressedWhileRecording(const QKeyEvent& event) {
     recorder_.keyDown(*key);
     const bool goesOn = self && self->isRecordingShortcut();
     if (ownWindow && !goesOn) {
-        new HeldKeyFilter(*ownWindow);
+        new HeldKeyFilter(*ownWindow, event.nativeScanCode());
     }
 }
 

@@ -109,13 +109,29 @@ TEST_F(HotKeyRecorderViewTest, EveryWayOutFreesTheKeyboard) {
 }
 
 TEST_F(HotKeyRecorderViewTest, AHeldKeyEndsOnlyTheRecording) {
+    constexpr quint32 escape = 53;
+    constexpr quint32 shift = 56;
+    const auto send = [&](QEvent::Type type, quint32 scanCode, Qt::Key key, bool isRepeat) {
+        QKeyEvent event(type, key, Qt::NoModifier, scanCode, 0, 0, {}, isRepeat);
+        QApplication::sendEvent(&window, &event);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
     field.setFocus();
     click();
-    pressKey(window, 53, 0, Qt::Key_Escape, 3);
-    EXPECT_TRUE(window.isVisible()) << "the repeats must not close the dialog";
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Escape, Qt::ShiftModifier, escape, 0, NSEventModifierFlagShift);
+    QApplication::sendEvent(recorder, &down);
+    ASSERT_FALSE(recorder->isRecordingShortcut());
     EXPECT_EQ(recorder->text(), "⌃⌥U");
-    pressKey(window, 53, 0, Qt::Key_Escape);
-    EXPECT_FALSE(window.isVisible()) << "the next press is the dialog's";
+
+    send(QEvent::KeyPress, escape, Qt::Key_Escape, true);
+    EXPECT_TRUE(window.isVisible()) << "the repeats must not close the dialog";
+    send(QEvent::KeyRelease, shift, Qt::Key_Shift, false);
+    send(QEvent::KeyRelease, escape, Qt::Key_Escape, true);
+    send(QEvent::KeyPress, escape, Qt::Key_Escape, true);
+    EXPECT_TRUE(window.isVisible()) << "nor those after a modifier was let go";
+    send(QEvent::KeyRelease, escape, Qt::Key_Escape, false);
+    send(QEvent::KeyPress, escape, Qt::Key_Escape, true);
+    EXPECT_FALSE(window.isVisible()) << "once the key was let go, it is the dialog's";
 }
 
 TEST_F(HotKeyRecorderViewTest, ALongRefusalKeepsItsPlace) {
