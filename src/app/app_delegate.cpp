@@ -56,15 +56,20 @@ void AppDelegate::leadIntoFirstRun() {
 }
 
 void AppDelegate::showSettings() {
-    if (windowController_) {
+    if (mayShowSettings()) {
         windowController_->showSettings(windowController_->settingsWindowController().lastConfigurationPane());
     }
 }
 
 void AppDelegate::showAbout() {
-    if (windowController_) {
+    if (mayShowSettings()) {
         windowController_->showSettings(SettingsPane::about);
     }
+}
+
+bool AppDelegate::mayShowSettings() const {
+    // A pane is built anew when it is shown: not below the dialog that it has opened and still waits for.
+    return windowController_ && !presentation_.alerts.isRunningModal();
 }
 
 void AppDelegate::perform(const MenuItem& item) {

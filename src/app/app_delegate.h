@@ -23,7 +23,8 @@ public:
     /// Closing a window never ends the program.
     static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 
-    /// Opens the settings window, on the last configuration pane or on About. Nothing happens before launch.
+    /// Opens the settings window, on the last configuration pane or on About. Nothing happens before launch, nor while
+    /// a modal dialog of ours is open.
     void showSettings();
     void showAbout();
     /// Does what a chosen menu item stands for.
@@ -33,6 +34,7 @@ public:
     WindowManagerController* windowController() { return windowController_.get(); }
 
 private:
+    bool mayShowSettings() const;
     Menu menuNeedsUpdate();
     void registerHotKeys();
     void leadIntoFirstRun();

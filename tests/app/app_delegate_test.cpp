@@ -136,6 +136,23 @@ TEST_F(AppDelegateTest, OpensTheSettingsWhereTheUserLeftThem) {
                                         "show settings Windows"));
 }
 
+TEST_F(AppDelegateTest, ShowsNoPaneBelowAnOpenDialog) {
+    delegate->applicationDidFinishLaunching();
+    delegate->showSettings();
+    desktop.workspace.frontmost = nullptr;
+    shown.alerts.whileOpen = [&] {
+        desktop.log.clear();
+        delegate->showSettings();
+        delegate->showAbout();
+        EXPECT_THAT(desktop.log.calls(), ElementsAre());
+    };
+    desktop.hotKeys.press(123, controlOption);
+    desktop.mainQueue.run();
+    ASSERT_EQ(shown.alerts.alerts.size(), 1U);
+    delegate->showAbout();
+    EXPECT_THAT(desktop.log.calls(), Contains("show settings About")) << "and once it is closed, as ever";
+}
+
 TEST_F(AppDelegateTest, ChangedSettingsAreInForceAtOnce) {
     delegate->applicationDidFinishLaunching();
     auto& controller = *delegate->windowController();
