@@ -33,6 +33,8 @@ void WindowDragOverlayController::show(const std::vector<WindowDragZone>& zones,
     }
     if (appears) {
         view_.show();
+        // Again: the toolkit may have told the window system of its new window only now, and it places what it shows.
+        nativeWindows_.setFrame(window, frame_);
     }
     nativeWindows_.orderFrontRegardless(window);
 }

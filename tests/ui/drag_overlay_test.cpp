@@ -205,6 +205,9 @@ TEST_F(DragOverlayController, CoversTheDisplayInFrontOfAllAndNeedsNoCompositorTo
         EXPECT_CALL(nativeWindows, setShape(testing::_, testing::Ne(std::nullopt))).WillOnce([] {
             EXPECT_FALSE(view()->isVisible()) << "shown before it was cut out, it hides the desktop";
         });
+        EXPECT_CALL(nativeWindows, setFrame(testing::_, screen.frame)).WillOnce([] {
+            EXPECT_TRUE(view()->isVisible()) << "what was asked before may have come too early";
+        });
         EXPECT_CALL(nativeWindows, orderFrontRegardless(testing::_));
     }
     overlay.show(zones, "window.leftHalf", screen);
