@@ -13,9 +13,9 @@ namespace {
 MenuItem commandItem(std::string title, CommandIdentifier command, const AppSettings* settings) {
     MenuItem item{.title = std::move(title), .action = MenuAction::runWindowCommand};
     if (settings != nullptr) {
-        if (const auto bound = settings->commandHotkeys.find(command); bound != settings->commandHotkeys.end()) {
-            item.keyEquivalent = menuKeyEquivalent(bound->second).value_or("");
-            item.keyEquivalentModifierMask = menuModifierMask(bound->second.modifiers);
+        if (const auto binding = hotKeyBinding(*settings, command)) {
+            item.keyEquivalent = menuKeyEquivalent(*binding).value_or("");
+            item.keyEquivalentModifierMask = menuModifierMask(binding->modifiers);
         }
     }
     item.representedObject = std::move(command);

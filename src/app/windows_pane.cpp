@@ -1,18 +1,17 @@
 #include "app/windows_pane.h"
 
+#include "text/unicode_text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <string>
+#include <string_view>
 #include <system_error>
 
 namespace brisk {
 
 namespace {
-
-std::optional<HotKeyBinding> bindingOf(const CommandIdentifier& command, const AppSettings& settings) {
-    const auto bound = settings.commandHotkeys.find(command);
-    return bound != settings.commandHotkeys.end() ? std::optional(bound->second) : std::nullopt;
-}
 
 BuiltInLayoutRow builtInRow(WindowLayout layout, const AppSettings& settings) {
     const CommandIdentifier command = commandIdentifier(layout);
@@ -23,7 +22,7 @@ BuiltInLayoutRow builtInRow(WindowLayout layout, const AppSettings& settings) {
                 .symbolName = std::string(symbolName(layout))},
         .layout = layout,
         .command = command,
-        .binding = bindingOf(command, settings),
+        .binding = hotKeyBinding(settings, command),
         .isDragTarget = layout == WindowLayout::restore
                             ? std::nullopt
                             : std::optional(std::ranges::find(dragTargets, command) != dragTargets.end()),
@@ -39,15 +38,8 @@ CustomLayoutRow customRow(const CustomWindowLayout& layout, const AppSettings& s
                 .symbolName = "square.grid.3x3"},
         .layout = layout,
         .command = command,
-        .binding = bindingOf(command, settings),
+        .binding = hotKeyBinding(settings, command),
     };
-}
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view spaces = " \t\r\n";
-    const auto first = text.find_first_not_of(spaces);
-    return first == std::string_view::npos ? std::string_view{}
-                                           : text.substr(first, text.find_last_not_of(spaces) - first + 1);
 }
 
 /// Takes the prefix off, if it is there.
@@ -80,7 +72,8 @@ WindowsPane windowsPane(const AppSettings& settings) {
 }
 
 std::optional<std::int64_t> typedWindowGap(std::string_view text) {
-    std::string_view digits = trimmed(text);
+    const std::string typed = trimmed(text);
+    std::string_view digits = typed;
     const bool isNegative = consume(digits, "-") || consume(digits, "\u2212");
     if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos) {
         return std::nullopt;

@@ -80,4 +80,9 @@ AppSettings::AppSettings(StoredSettings stored)
     }
 }
 
+std::optional<HotKeyBinding> hotKeyBinding(const AppSettings& settings, const CommandIdentifier& command) {
+    const auto bound = settings.commandHotkeys.find(command);
+    return bound != settings.commandHotkeys.end() ? std::optional(bound->second) : std::nullopt;
+}
+
 } // namespace brisk

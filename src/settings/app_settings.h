@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace brisk {
@@ -54,5 +55,8 @@ struct AppSettings {
 
     friend bool operator==(const AppSettings&, const AppSettings&) = default;
 };
+
+/// The command's shortcut in force, if it has one.
+std::optional<HotKeyBinding> hotKeyBinding(const AppSettings& settings, const CommandIdentifier& command);
 
 } // namespace brisk

@@ -194,13 +194,11 @@ bool editCustomLayout(SettingsStore& store, const HotKeyRecorderServices& servic
     const std::string defaultName = defaultLayoutName(store.settings);
     const CustomWindowLayout layout = existing ? *existing : defaultNewLayout(store.settings);
     const CommandIdentifier command = commandIdentifier(layout);
-    const auto& hotKeys = store.settings.commandHotkeys;
-    const auto hotKey = hotKeys.find(command);
 
     // On the heap and watched: whoever ends the program meanwhile may take the parent and its dialogs with it.
     const QPointer<QDialog> dialog = new QDialog(parent);
     auto* const editor = new CustomWindowLayoutEditorView(
-        layout, hotKey == hotKeys.end() ? std::nullopt : std::optional(hotKey->second),
+        layout, hotKeyBinding(store.settings, command),
         [&store, command](const HotKeyBinding& candidate) { return store.conflictMessage(candidate, command); },
         services);
 
