@@ -13,7 +13,6 @@
 #include "ui/windows_pane.h"
 
 #include <QApplication>
-#include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
@@ -292,13 +291,12 @@ void BriskSettingsWindowController::appDidBecomeActive() {
 }
 
 void BriskSettingsWindowController::launchAtLoginChanged(bool isWanted) {
-    const QPointer<BriskSettingsWindowController> self = this;
     if (const auto alert = setOpensAtLogin(services_.loginItem, isWanted)) {
         // The switch shows the truth behind the alert already.
         select(SettingsPane::general);
         services_.alerts.runModal(*alert);
     }
-    if (self && selection_.selectedPane() == SettingsPane::general) {
+    if (selection_.selectedPane() == SettingsPane::general) {
         select(SettingsPane::general);
     }
 }
@@ -315,8 +313,7 @@ void BriskSettingsWindowController::showWindowGap() {
 }
 
 void BriskSettingsWindowController::editCustomLayout(const std::optional<CustomWindowLayout>& layout) {
-    const QPointer<BriskSettingsWindowController> self = this;
-    if (services_.editCustomLayout(*window_, layout) && self) {
+    if (services_.editCustomLayout(*window_, layout)) {
         callbacks_.onSettingsChanged();
         select(SettingsPane::windows);
     }
