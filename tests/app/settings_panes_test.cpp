@@ -172,7 +172,7 @@ TEST(WindowGap, IsAWholeNumberKeptInItsRange) {
 }
 
 TEST(SyncPane, SaysWhetherTheSettingsFollowTheUser) {
-    const SettingsFolders folders{.home = "/home/ada", .applicationSupport = "/home/ada/.local/share"};
+    const SettingsFolders folders{.home = "/home/user", .applicationSupport = "/home/user/.local/share"};
     EXPECT_EQ(syncPane(localFileURL(folders)).storage, "Local Application Support");
     EXPECT_EQ(syncPane(counterpartFileURL(folders, localFileURL(folders))).storage, "iCloud Drive");
 }

@@ -44,10 +44,10 @@ TEST(SettingsLocations, FoldersComeFromTheEnvironment) {
         const char* expectedSupport;
     };
     for (const Row& row : {
-             Row{"both named", "/home/ada", "/data", "/home/ada", "/data"},
-             Row{"no data folder", "/home/ada", nullptr, "/home/ada", "/home/ada/.local/share"},
-             Row{"an empty variable is as good as none", "/home/ada", "", "/home/ada", "/home/ada/.local/share"},
-             Row{"a relative data folder is invalid", "/home/ada", "data", "/home/ada", "/home/ada/.local/share"},
+             Row{"both named", "/home/user", "/data", "/home/user", "/data"},
+             Row{"no data folder", "/home/user", nullptr, "/home/user", "/home/user/.local/share"},
+             Row{"an empty variable is as good as none", "/home/user", "", "/home/user", "/home/user/.local/share"},
+             Row{"a relative data folder is invalid", "/home/user", "data", "/home/user", "/home/user/.local/share"},
          }) {
         SCOPED_TRACE(row.why);
         const EnvironmentVariable home("HOME", row.home);
