@@ -7,8 +7,8 @@
 
 namespace brisk::qt {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main loop, where a signal handler may do nothing of use itself. One at a
-/// time in a process; the signals have their default effect again once it goes.
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main loop, where a signal handler may do nothing of use itself.
+/// One at a time in a process; the signals have their default effect again once it goes.
 class TerminationSignals {
 public:
     /// `onTerminate` is called in a turn of the main loop, each time one of the signals arrived.
