@@ -43,7 +43,7 @@ public:
     /// Of these windows the active one, else the one that was active last, else the topmost; hidden ones only where
     /// there are no others. Null when there are none.
     WindowRef focusedWindowOf(const ProcessIdentity& process);
-    /// The process as the owner of a listed window; none when that id owns none.
+    /// The process as the owner of a window followed here; none when that id owns none.
     std::optional<ProcessIdentity> ownerWithID(ProcessIdentifier id) const;
 
     /// What clients that are shown keep free at the screen's edges.
