@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <cstddef>
 #include <utility>
 
 namespace brisk::qt {
@@ -28,7 +29,25 @@ private:
 } // namespace
 
 void MainQueue::async(std::function<void()> work) {
-    QMetaObject::invokeMethod(&context_, std::move(work), Qt::QueuedConnection);
+    works_.push_back(std::move(work));
+    if (!std::exchange(isScheduled_, true)) {
+        QMetaObject::invokeMethod(
+            &context_, [this] { runQueuedWork(); }, Qt::QueuedConnection);
+    }
+}
+
+void MainQueue::runQueuedWork() {
+    // Before any work runs: a modal dialog opened there has a loop of its own, which goes on with what is queued.
+    isScheduled_ = false;
+    // A command takes a few steps through this queue, which are not to cost it a turn of Qt's loop each. Who queues
+    // without end leaves the rest to the next turn.
+    constexpr std::size_t maximumSteps = 16;
+    const std::size_t most = works_.size() + maximumSteps;
+    for (std::size_t step = 0; step < most && !works_.empty(); ++step) {
+        const auto work = std::move(works_.front());
+        works_.pop_front();
+        work();
+    }
 }
 
 DispatchWorkItemRef MainQueue::asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) {

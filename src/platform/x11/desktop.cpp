@@ -41,7 +41,6 @@ void Desktop::processEvents() {
     connection_->dispatchEvents();
     windowMover_.endTurn();
     accessibility_.endTurn();
-    windowTracker_.beginTurn();
     windowTracker_.update();
     xcb_flush(connection_->xcb());
 }

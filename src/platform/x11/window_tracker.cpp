@@ -49,9 +49,7 @@ void WindowTracker::update() {
 }
 
 void WindowTracker::synchronize() {
-    if (!std::exchange(isSynchronized_, true)) {
-        isActiveWindowStale_ = true;
-    }
+    connection_.dispatchEvents();
     update();
 }
 

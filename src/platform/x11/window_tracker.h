@@ -24,9 +24,8 @@ public:
 
     /// Asks the server for what events have said is different now; without such events, for nothing.
     void update();
-    /// Starts a turn of the main loop: what was learnt in the turn before may be out of date.
-    void beginTurn() { isSynchronized_ = false; }
-    /// Makes everything known that the server has said by now; one round trip, and none later in the same turn.
+    /// Makes everything known that the server has sent by now. The server tells of a new active window before the input
+    /// that follows, so that nothing need be asked where nothing has changed.
     void synchronize();
 
     /// The window that the user works in: null when there is none, or it is the desktop, a panel or a pop-up.
@@ -72,7 +71,6 @@ private:
     bool isActiveWindowStale_ = true;
     bool isStackingStale_ = true;
     bool areWindowsStale_ = false;
-    bool isSynchronized_ = false;
     Connection::Subscription subscription_;
 };
 
