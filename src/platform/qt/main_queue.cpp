@@ -54,9 +54,10 @@ DispatchWorkItemRef MainQueue::asyncAfter(std::chrono::milliseconds delay, std::
     auto* timer = new QTimer(&context_);
     timer->setSingleShot(true);
     timer->setTimerType(Qt::PreciseTimer);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, work = std::move(work)] {
+    QObject::connect(timer, &QTimer::timeout, timer, [this, timer, work = std::move(work)] {
         timer->deleteLater();
-        work();
+        works_.push_back(work);
+        runQueuedWork();
     });
     timer->start(delay);
     return std::make_shared<TimedWork>(timer);

@@ -28,7 +28,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       hotKeys_(*connection_, mainQueue),
       keyInput_(*connection_),
       nativeWindows_(*connection_, displays_),
-      eventMonitor_(*connection_, atoms_, displays_, mainQueue),
+      eventMonitor_(*connection_, atoms_, displays_, mainQueue,
+                    [this] { windowMover_.askAhead(windowTracker_.activeWindow()); }),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
     processEvents();

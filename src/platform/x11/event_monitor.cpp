@@ -15,6 +15,8 @@ namespace {
 
 /// A display shows no more than 120 pictures a second, and each report costs its reader a look at the window.
 constexpr std::chrono::milliseconds dragInterval{8};
+/// Motion that is this little early for its report is not worth a sleep; the next report's time stays.
+constexpr std::chrono::milliseconds dragSlack{1};
 /// How long a press waits for its window to become active. Window managers take 3 to 9 ms; a press on what never
 /// becomes active is reported this late.
 constexpr std::chrono::milliseconds longestHold{150};
@@ -31,8 +33,9 @@ NSEventModifierFlags flagsOf(std::uint16_t modifiers) {
 
 } // namespace
 
-EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue)
-    : connection_(connection), atoms_(atoms), displays_(displays), queue_(queue) {}
+EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
+                           std::function<void()> askAhead)
+    : connection_(connection), atoms_(atoms), displays_(displays), queue_(queue), askAhead_(std::move(askAhead)) {}
 
 EventMonitor::~EventMonitor() {
     if (!monitors_.empty()) {
@@ -271,11 +274,11 @@ bool EventMonitor::endHold() {
 
 /// Motion waits for its turn as long as nothing comes after it.
 bool EventMonitor::mustWait(const Notice& notice) {
-    const auto turn = lastDragReport_ + dragInterval;
-    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ || Clock::now() >= turn) {
+    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ ||
+        Clock::now() >= nextDragReport_ - dragSlack) {
         return false;
     }
-    wakeAt(turn);
+    wakeAt(nextDragReport_);
     return true;
 }
 
@@ -333,6 +336,9 @@ void EventMonitor::begin(std::uint32_t button) {
 }
 
 void EventMonitor::move() {
+    if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
+        askAhead_();
+    }
     const auto pointer = readPointer(connection_);
     // The release may have been told just before the answer.
     connection_.dispatchQueuedEvents();
@@ -371,7 +377,8 @@ void EventMonitor::forgetDrag() {
 }
 
 void EventMonitor::reportDrag() {
-    lastDragReport_ = Clock::now();
+    // One interval after the other, so that a mouse as fast as the reports is not put off by its own jitter.
+    nextDragReport_ = std::max(nextDragReport_, Clock::now() - dragSlack) + dragInterval;
     report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 

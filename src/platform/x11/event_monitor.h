@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,7 +30,10 @@ namespace brisk::x11 {
 /// Expects the root window and the displays to be followed.
 class EventMonitor final : public GlobalEventMonitor {
 public:
-    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue);
+    /// `askAhead` is called before the round trip of a drag report with Shift: what its reader is going to ask the
+    /// server can travel along.
+    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
+                 std::function<void()> askAhead);
     EventMonitor(const EventMonitor&) = delete;
     EventMonitor& operator=(const EventMonitor&) = delete;
     ~EventMonitor() override;
@@ -93,6 +97,7 @@ private:
     const Atoms& atoms_;
     Displays& displays_;
     MainQueue& queue_;
+    std::function<void()> askAhead_;
     std::vector<Monitor> monitors_;
     Token lastToken_ = 0;
 
@@ -103,7 +108,7 @@ private:
 
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
-    Clock::time_point lastDragReport_;
+    Clock::time_point nextDragReport_;
     /// The pointer as read for the last report of a drag, until it is asked for.
     std::optional<PointerReading> pointerOfReport_;
     bool isScheduled_ = false;

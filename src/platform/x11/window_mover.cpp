@@ -41,6 +41,13 @@ WindowMover::WindowMover(Connection& connection, const Atoms& atoms, WindowManag
       windowManager_(windowManager),
       subscription_(connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); })) {}
 
+void WindowMover::askAhead(const WindowRef& window) {
+    takeAhead(nullptr);
+    if (window && window->exists && !held_ && !movement_) {
+        ahead_.emplace(AheadRequest{window, FrameRequest{connection_, atoms_, window->id}});
+    }
+}
+
 std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
     sendHeldPosition();
     std::optional<FrameReading> reading;
@@ -103,6 +110,7 @@ AXError WindowMover::setSize(const WindowRef& window, CGSize size) {
 }
 
 void WindowMover::endTurn() {
+    takeAhead(nullptr);
     sendHeldPosition();
     readWindow_.reset();
     isReleased_ = false;
@@ -226,8 +234,10 @@ std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
     if (!window->exists) {
         return std::nullopt;
     }
-    const FrameRequest request{connection_, atoms_, window->id};
-    const auto reading = request.take();
+    auto reading = takeAhead(window);
+    if (!reading) {
+        reading = FrameRequest{connection_, atoms_, window->id}.take();
+    }
     // The answer may be about a later window of the same id; the end of this one comes before it.
     connection_.dispatchQueuedEvents();
     if (!reading || !window->exists) {
@@ -236,6 +246,17 @@ std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
     readWindow_ = window;
     reading_ = *reading;
     return reading;
+}
+
+/// What was asked ahead of that window; what was asked of another is taken off the connection and forgotten.
+std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
+    if (!ahead_) {
+        return std::nullopt;
+    }
+    const auto reading = ahead_->request.take();
+    const bool isMeant = ahead_->window == window;
+    ahead_.reset();
+    return isMeant ? reading : std::nullopt;
 }
 
 /// Reads the window until the condition holds, the window manager has answered or the movement's time is up, whichever

@@ -26,6 +26,9 @@ public:
     WindowMover& operator=(const WindowMover&) = delete;
     ~WindowMover() = default;
 
+    /// Sends the questions of a read that is to come in this turn, so that they share the round trip of the next reply.
+    /// Does nothing without a window, or where a read has to wait for a movement.
+    void askAhead(const WindowRef& window);
     /// The window's visible outer frame; none when it is gone.
     std::optional<PixelRect> read(const WindowRef& window);
 
@@ -38,6 +41,10 @@ public:
     void endTurn();
 
 private:
+    struct AheadRequest {
+        WindowRef window;
+        FrameRequest request;
+    };
     struct HeldPosition {
         WindowRef window;
         CGPoint position;
@@ -62,12 +69,14 @@ private:
     AXError prepare(const WindowRef& window, bool FrameReading::*permission);
     void setStates(const Window& window, const FrameReading& states, std::uint32_t action);
     std::optional<FrameReading> ask(const WindowRef& window);
+    std::optional<FrameReading> takeAhead(const WindowRef& window);
     template <class Condition>
     std::optional<FrameReading> readUntil(const Movement& movement, Condition isDone);
 
     Connection& connection_;
     const Atoms& atoms_;
     WindowManagerPeer& windowManager_;
+    std::optional<AheadRequest> ahead_;
     std::optional<HeldPosition> held_;
     std::optional<Movement> movement_;
     /// What is known of one window in this turn; none after something was asked of it.
