@@ -64,7 +64,7 @@ NativeWindowID WindowDragOverlayController::panel() {
         view_.winId();
         // Another display may have another scale, on which shape and picture depend.
         QObject::connect(view_.windowHandle(), &QWindow::screenChanged, &view_, [this] {
-            view_.update();
+            view_.updateScale();
             updateSurface();
         });
     }

@@ -69,14 +69,6 @@ QRectF scaled(const QRectF& rectangle, double factor) {
 
 } // namespace
 
-/// The label's dark field, in the toolkit's units with y up, and what stands on it.
-struct WindowDragOverlayView::Pill {
-    QString text;
-    /// Space that the active marker takes before the text.
-    double markerWidth = 0;
-    QRectF rectangle;
-};
-
 WindowDragOverlayView::WindowDragOverlayView()
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint |
                            Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint) {
@@ -88,24 +80,30 @@ WindowDragOverlayView::WindowDragOverlayView()
 }
 
 bool WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize displaySize) {
-    if (zones == zones_ && displaySize == displaySize_) {
+    if (displaySize == displaySize_ && std::ranges::equal(zones, drawings_, {}, {}, &Drawing::zone)) {
         return false;
     }
     if (displaySize != displaySize_) {
         displaySize_ = displaySize;
+        drawings_.clear();
         update();
     }
     QRegion changed;
-    for (std::size_t i = 0; i < std::max(zones.size(), zones_.size()); ++i) {
-        const ZonePicture* before = i < zones_.size() ? &zones_[i] : nullptr;
-        const ZonePicture* after = i < zones.size() ? &zones[i] : nullptr;
-        if (before != nullptr && after != nullptr && *before == *after) {
-            continue;
+    std::vector<Drawing> drawings;
+    drawings.reserve(zones.size());
+    for (std::size_t i = 0; i < zones.size(); ++i) {
+        if (i < drawings_.size() && drawings_[i].zone == zones[i]) {
+            drawings.push_back(std::move(drawings_[i]));
+        } else {
+            changed |= i < drawings_.size() ? drawings_[i].extent : QRect();
+            drawings.push_back(drawingOf(std::move(zones[i])));
+            changed |= drawings.back().extent;
         }
-        changed |= before != nullptr ? extent(*before) : QRect();
-        changed |= after != nullptr ? extent(*after) : QRect();
     }
-    zones_ = std::move(zones);
+    for (std::size_t i = zones.size(); i < drawings_.size(); ++i) {
+        changed |= drawings_[i].extent;
+    }
+    drawings_ = std::move(drawings);
     update(changed);
     return true;
 }
@@ -113,15 +111,26 @@ bool WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
 void WindowDragOverlayView::setSurface(OverlaySurface surface) {
     if (surface != surface_) {
         surface_ = surface;
-        update();
+        drawAnew();
     }
+}
+
+void WindowDragOverlayView::updateScale() {
+    drawAnew();
+}
+
+void WindowDragOverlayView::drawAnew() {
+    for (Drawing& drawing : drawings_) {
+        drawing = drawingOf(std::move(drawing.zone));
+    }
+    update();
 }
 
 QRegion WindowDragOverlayView::cutOut() const {
     QRegion region;
-    for (const ZonePicture& zone : zones_) {
-        region |= outline(zone);
-        region |= pillArea(zone);
+    for (const Drawing& drawing : drawings_) {
+        region |= drawing.outline;
+        region |= drawing.pillArea;
     }
     return region;
 }
@@ -129,43 +138,36 @@ QRegion WindowDragOverlayView::cutOut() const {
 void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const auto draw = [&](auto parts) {
-        for (const ZonePicture& zone : zones_) {
-            if (event->region().intersects(extent(zone))) {
-                parts(zone);
+        for (const Drawing& drawing : drawings_) {
+            if (event->region().intersects(drawing.extent)) {
+                parts(drawing);
             }
         }
     };
     if (surface_ == OverlaySurface::translucent) {
-        draw([&](const ZonePicture& zone) {
-            drawTranslucent(painter, zone);
-            drawLabel(painter, zone);
+        draw([&](const Drawing& drawing) {
+            drawTranslucent(painter, drawing);
+            drawLabel(painter, drawing);
         });
     } else {
-        // Opaque lines would cut through the labels of larger zones.
-        draw([&](const ZonePicture& zone) { drawOutline(painter, zone); });
-        draw([&](const ZonePicture& zone) {
-            drawPill(painter, zone);
-            drawLabel(painter, zone);
+        // Opaque lines would cut through the labels of larger zones. In full colour, also where inactive: what is below
+        // is not known, and a paler line may vanish on it.
+        draw([&](const Drawing& drawing) { fillPixels(painter, drawing.outline, baseColor(drawing.zone)); });
+        draw([&](const Drawing& drawing) {
+            fillPixels(painter, drawing.pillArea, opaquePill);
+            drawLabel(painter, drawing);
         });
     }
 }
 
-void WindowDragOverlayView::drawTranslucent(QPainter& painter, const ZonePicture& zone) const {
+void WindowDragOverlayView::drawTranslucent(QPainter& painter, const Drawing& drawing) const {
+    const ZonePicture& zone = drawing.zone;
     const QColor color = baseColor(zone);
     const QPainterPath path = roundedPath(flipped(rectangleOf(zone)), zoneRadius);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(path, withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha));
     painter.strokePath(path, QPen(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha), lineWidth(zone)));
-    painter.fillPath(roundedPath(flipped(pillOf(zone).rectangle), pillRadius), withAlpha(Qt::black, pillAlpha));
-}
-
-void WindowDragOverlayView::drawOutline(QPainter& painter, const ZonePicture& zone) const {
-    // In full colour, also where inactive: what is below is not known, and a paler line may vanish on it.
-    fillPixels(painter, outline(zone), baseColor(zone));
-}
-
-void WindowDragOverlayView::drawPill(QPainter& painter, const ZonePicture& zone) const {
-    fillPixels(painter, pillArea(zone), opaquePill);
+    painter.fillPath(roundedPath(flipped(drawing.pill.rectangle), pillRadius), withAlpha(Qt::black, pillAlpha));
 }
 
 void WindowDragOverlayView::fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const {
@@ -178,9 +180,9 @@ void WindowDragOverlayView::fillPixels(QPainter& painter, const QRegion& pixels,
     painter.restore();
 }
 
-void WindowDragOverlayView::drawLabel(QPainter& painter, const ZonePicture& zone) const {
-    const Pill pill = pillOf(zone);
-    if (zone.isActive) {
+void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing) const {
+    const Pill& pill = drawing.pill;
+    if (drawing.zone.isActive) {
         painter.save();
         painter.translate(0, displayHeight());
         painter.scale(1, -1);
@@ -196,6 +198,22 @@ void WindowDragOverlayView::drawLabel(QPainter& painter, const ZonePicture& zone
     painter.setPen(Qt::white);
     painter.drawText(QPointF(pill.rectangle.x() + pillPaddingX + pill.markerWidth, displayHeight() - baseline),
                      pill.text);
+}
+
+WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
+    Drawing drawing{.pill = pillOf(zone)};
+    const double outside = activeLineWidth / 2 + 1;
+    drawing.extent = flipped(rectangleOf(zone))
+                         .normalized()
+                         .adjusted(-outside, -outside, outside, outside)
+                         .united(flipped(drawing.pill.rectangle))
+                         .toAlignedRect();
+    if (surface_ == OverlaySurface::cutOut) {
+        drawing.outline = outlineOf(zone);
+        drawing.pillArea = areaOf(drawing.pill);
+    }
+    drawing.zone = std::move(zone);
+    return drawing;
 }
 
 WindowDragOverlayView::Pill WindowDragOverlayView::pillOf(const ZonePicture& zone) const {
@@ -221,16 +239,7 @@ QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
     return themeColor(zone.kind == ZoneKind::custom ? ColorRole::teal : ColorRole::accent, palette());
 }
 
-QRect WindowDragOverlayView::extent(const ZonePicture& zone) const {
-    const double outside = activeLineWidth / 2 + 1;
-    return flipped(rectangleOf(zone))
-        .normalized()
-        .adjusted(-outside, -outside, outside, outside)
-        .united(flipped(pillOf(zone).rectangle))
-        .toAlignedRect();
-}
-
-QRegion WindowDragOverlayView::outline(const ZonePicture& zone) const {
+QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {
     // Whole pixels, and inside the zone: at the display's edge half of a centred line would be lost, and an opaque line
     // has no neighbour to blend with.
     const double ratio = devicePixelRatioF();
@@ -240,9 +249,9 @@ QRegion WindowDragOverlayView::outline(const ZonePicture& zone) const {
     return roundedRegion(outer, radius) - roundedRegion(outer.adjusted(width, width, -width, -width), radius - width);
 }
 
-QRegion WindowDragOverlayView::pillArea(const ZonePicture& zone) const {
+QRegion WindowDragOverlayView::areaOf(const Pill& pill) const {
     const double ratio = devicePixelRatioF();
-    return roundedRegion(scaled(flipped(pillOf(zone).rectangle), ratio), pillRadius * ratio);
+    return roundedRegion(scaled(flipped(pill.rectangle), ratio), pillRadius * ratio);
 }
 
 double WindowDragOverlayView::displayHeight() const {

@@ -23,6 +23,8 @@ public:
     /// changed. Says whether it did.
     bool setZones(std::vector<ZonePicture> zones, CGSize displaySize);
     void setSurface(OverlaySurface surface);
+    /// Draws everything anew for the scale that the display has now.
+    void updateScale();
 
     /// What is drawn on a cut-out surface: pixels of the display, y down.
     QRegion cutOut() const;
@@ -31,25 +33,40 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    struct Pill;
+    /// The label's dark field, in the toolkit's units with y up, and what stands on it.
+    struct Pill {
+        QString text;
+        /// Space that the active marker takes before the text.
+        double markerWidth = 0;
+        QRectF rectangle;
+    };
+    /// A zone with what takes longer to find out than to draw.
+    struct Drawing {
+        ZonePicture zone;
+        Pill pill;
+        /// All that is painted of it on any surface, in the widget's units.
+        QRect extent;
+        /// What it takes of a cut-out surface, in pixels; empty on the other.
+        QRegion outline;
+        QRegion pillArea;
+    };
+    Drawing drawingOf(ZonePicture zone) const;
     Pill pillOf(const ZonePicture& zone) const;
     /// Points of the display to the toolkit's units, both with y up.
     QRectF rectangleOf(const ZonePicture& zone) const;
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
-    QRect extent(const ZonePicture& zone) const;
-    QRegion outline(const ZonePicture& zone) const;
-    QRegion pillArea(const ZonePicture& zone) const;
+    QRegion outlineOf(const ZonePicture& zone) const;
+    QRegion areaOf(const Pill& pill) const;
+    void drawAnew();
     double displayHeight() const;
 
-    void drawTranslucent(QPainter& painter, const ZonePicture& zone) const;
-    void drawOutline(QPainter& painter, const ZonePicture& zone) const;
-    void drawPill(QPainter& painter, const ZonePicture& zone) const;
-    void drawLabel(QPainter& painter, const ZonePicture& zone) const;
+    void drawTranslucent(QPainter& painter, const Drawing& drawing) const;
+    void drawLabel(QPainter& painter, const Drawing& drawing) const;
     void fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const;
 
-    std::vector<ZonePicture> zones_;
+    std::vector<Drawing> drawings_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;
 };
