@@ -57,7 +57,8 @@ protected:
                 }
             });
         ASSERT_TRUE(token);
-        loop.runFor(milliseconds(1));
+        // A round trip: from here on the server tells of presses.
+        monitor.mouseLocation();
     }
 
     /// A window of another process, active once this returns.

@@ -81,6 +81,15 @@ std::optional<CGRect> WindowAccessScene::readFrame(const AXUIElementRef& element
     return WindowAccessibility(accessibility()).readFrame(element);
 }
 
+std::optional<CGRect> WindowAccessScene::frameOnceItIs(const CGRect& expected, const AXUIElementRef& element) {
+    std::optional<CGRect> frame;
+    static_cast<void>(waitUntil([&] {
+        frame = readFrame(element);
+        return !frame || frame == expected;
+    }));
+    return frame;
+}
+
 bool WindowAccessScene::writeFrame(const AXUIElementRef& element, const CGRect& frame) {
     return WindowAccessibility(accessibility()).writeFrame(element, frame);
 }

@@ -39,6 +39,9 @@ struct WindowAccessScene {
     /// The focused window of the application in front.
     AXUIElementRef focusedElement();
     std::optional<CGRect> readFrame(const AXUIElementRef& element);
+    /// The last reading, the frame once it is the one expected: a read waits for the end of a move, yet not for ever,
+    /// and a busy machine may take longer.
+    std::optional<CGRect> frameOnceItIs(const CGRect& expected, const AXUIElementRef& element);
     bool writeFrame(const AXUIElementRef& element, const CGRect& frame);
     /// The result of asking for the role, which tells whether the element still exists.
     AXError role(const AXUIElementRef& element);

@@ -77,16 +77,20 @@ protected:
         const auto window = focusedWindow(processIdentifier);
         return window ? windows_.readFrame(window) : std::nullopt;
     }
-    /// The window's frame once it is the one expected. A read waits for the end of a move, yet not for ever: on a busy
+    /// The window's frame once it is as expected. A read waits for the end of a move, yet not for ever: on a busy
     /// machine a slow desktop may take longer, and the last of the reads counts.
-    std::optional<CGRect> frameOnceItIs(const CGRect& expected, const AXUIElementRef& window) {
+    template <class Condition>
+    std::optional<CGRect> frameOnce(const Condition& isExpected, const AXUIElementRef& window) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         auto frame = windows_.readFrame(window);
-        while (frame && frame != expected && std::chrono::steady_clock::now() < deadline) {
+        while (frame && !isExpected(*frame) && std::chrono::steady_clock::now() < deadline) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
             frame = windows_.readFrame(window);
         }
         return frame;
+    }
+    std::optional<CGRect> frameOnceItIs(const CGRect& expected, const AXUIElementRef& window) {
+        return frameOnce([&](const CGRect& frame) { return frame == expected; }, window);
     }
 
 private:
@@ -138,7 +142,7 @@ TEST_P(AccessibilityContract, AWindowMayTakeMoreOrNothing) {
                                  {.frame = secondFrame, .minimumSize = {.width = 450, .height = 320}}});
     const auto clamped = focusedWindow(launched.processIdentifier);
     EXPECT_TRUE(windows().writeFrame(clamped, {{10, 20}, {200, 700}})) << "accepted, though not all of it taken";
-    const auto frame = windows().readFrame(clamped);
+    const auto frame = frameOnce([](const CGRect& now) { return now.height() == 700; }, clamped);
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->origin, (CGPoint{10, 20}));
     EXPECT_GE(frame->width(), 450);
@@ -148,7 +152,8 @@ TEST_P(AccessibilityContract, AWindowMayTakeMoreOrNothing) {
     const auto fixed = focusedWindow(launched.processIdentifier);
     ASSERT_TRUE(fixed);
     EXPECT_FALSE(windows().writeFrame(fixed, {{70, 80}, {333, 222}}));
-    EXPECT_EQ(windows().readFrame(fixed), (CGRect{{70, 80}, firstFrame.size})) << "the position was not refused";
+    const CGRect moved{{70, 80}, firstFrame.size};
+    EXPECT_EQ(frameOnceItIs(moved, fixed), moved) << "the position was not refused";
 }
 
 TEST_P(AccessibilityContract, AClosedWindowIsInvalidForEver) {
@@ -201,10 +206,9 @@ TEST_P(AccessibilityContract, ThePrimaryDisplayIsTheOriginOfBothSpaces) {
     const auto window = focusedWindow(launched.processIdentifier);
     // The secondary display's left half, as a layout gives it.
     constexpr CGRect target{{-800, -100}, {400, 900}};
-    EXPECT_TRUE(windows().writeFrame(window, toAccessibilityFrame(target, primary)));
-    const auto frame = windows().readFrame(window);
-    ASSERT_TRUE(frame);
-    EXPECT_EQ(toAppKitFrame(*frame, primary), target);
+    const CGRect written = toAccessibilityFrame(target, primary);
+    EXPECT_TRUE(windows().writeFrame(window, written));
+    EXPECT_EQ(frameOnceItIs(written, window), written);
 }
 
 } // namespace brisk
