@@ -263,6 +263,13 @@ std::error_code writeFileAtomically(const fs::path& path, std::string_view bytes
     return {};
 }
 
+void removeLeftovers(const fs::path& path) {
+    const auto followed = followLinks(path);
+    if (const auto* target = std::get_if<fs::path>(&followed)) {
+        removeStaleTemporaries(*target);
+    }
+}
+
 std::error_code createFolder(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);

@@ -27,6 +27,9 @@ bool itemExists(const std::filesystem::path& path);
 /// A save that was killed leaves a hidden temporary file in the folder; the next save into that folder removes it.
 [[nodiscard]] std::error_code writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
 
+/// Removes such leftovers without a save, which may never come. Those of a save that still runs stay.
+void removeLeftovers(const std::filesystem::path& path);
+
 /// Creates the folder and those above it. One that exists is no error.
 [[nodiscard]] std::error_code createFolder(const std::filesystem::path& folder);
 

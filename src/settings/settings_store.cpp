@@ -81,6 +81,7 @@ void write(const AppSettings& settings, const std::filesystem::path& file) {
 
 SettingsStore::SettingsStore(std::filesystem::path fileURL, const SettingsFolders& folders, const WallClock& clock)
     : fileURL_(std::move(fileURL)), ioQueue_("briskwm.settings-io") {
+    removeLeftovers(fileURL_);
     migrate(fileURL_, counterpartFileURL(folders, fileURL_));
     settings = load(fileURL_, clock);
 }

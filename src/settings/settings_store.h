@@ -18,8 +18,8 @@ namespace brisk {
 class SettingsStore {
 public:
     /// Copies the file over from the other place if this one has none, then loads it. A file that cannot be read is
-    /// renamed out of the way, named after the time `clock` shows, and the defaults are in force. Nothing else is
-    /// written before the first save.
+    /// renamed out of the way, named after the time `clock` shows, and the defaults are in force. What a killed save
+    /// left is removed. Nothing else is written before the first save.
     SettingsStore(std::filesystem::path fileURL, const SettingsFolders& folders, const WallClock& clock);
 
     /// Single fields (the gap, the finished guide) are edited here and then saved; edits of several have their own

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdio>
+#include <fstream>
 #include <functional>
 #include <memory>
 
@@ -178,6 +180,111 @@ TEST_F(SettingsStoreTest, AFailedSaveIsForgottenByTheNext) {
     fs::remove(folders.applicationSupport);
     store->clearHotkey("window.center");
     EXPECT_EQ(saved(*store).windowGap, 5);
+}
+
+TEST_F(SettingsStoreTest, AStartRemovesWhatAKilledSaveLeft) {
+    createFile(local, R"({"windowGap": 11})");
+    createFile(local.parent_path() / ".native-settings.json.saving-killed", "{");
+    EXPECT_EQ(open(local)->settings.windowGap, 11);
+    EXPECT_THAT(namesIn(local.parent_path()), ElementsAre("native-settings.json")) << "though nothing is ever saved";
+}
+
+TEST_F(SettingsStoreTest, WhatHappensToTheFileMeanwhileCostsNoSettings) {
+    struct Row {
+        const char* why;
+        std::function<void()> happens;
+        const char* output;
+        std::vector<std::string> namesAfterNextStart;
+    };
+    for (const Row& row : {
+             Row{"the file is removed", [&] { fs::remove(local); }, "", {"native-settings.json"}},
+             Row{"its folder is removed",
+                 [&] { fs::remove_all(folders.applicationSupport); },
+                 "",
+                 {"native-settings.json"}},
+             Row{"a folder takes its place",
+                 [&] {
+                     fs::remove(local);
+                     createFile(local / "inside", "x");
+                 },
+                 "Failed to save Brisk settings: Is a directory\n",
+                 {"native-settings.json", backupName}},
+         }) {
+        SCOPED_TRACE(row.why);
+        createFile(local, "{}");
+        const auto store = open(local);
+        row.happens();
+        EXPECT_EQ(outputOf([&] {
+                      store->settings.windowGap = 7;
+                      store->save();
+                      store->ioQueue().sync([] {});
+                  }),
+                  row.output);
+        EXPECT_EQ(store->settings.windowGap, 7);
+        outputOf([&] { open(local)->save(); });
+        EXPECT_THAT(namesIn(local.parent_path()), testing::UnorderedElementsAreArray(row.namesAfterNextStart));
+    }
+    EXPECT_EQ(contentOf(local.parent_path() / backupName / "inside"), "x");
+}
+
+TEST_F(SettingsStoreTest, AFullDiskCostsTheSaveAndNotTheFile) {
+    const fs::path filler = folders.applicationSupport / "filler";
+    const auto isSaved = [](SettingsStore& store) {
+        store.save();
+        store.ioQueue().sync([] {});
+        return contentOf(store.fileURL()) == encodeSettings(store.settings);
+    };
+    fs::create_directories(folders.applicationSupport);
+    bool isMounted = false;
+    const std::string output = outputOf([&] {
+        ChildProcess child([&] {
+            // The settings need a page or two.
+            if (!mountSmallDisk(folders.applicationSupport, "size=64k")) {
+                return true;
+            }
+            std::puts("mounted");
+            const auto store = open(local);
+            store->settings.windowGap = 1;
+            const bool hadRoom = isSaved(*store);
+            std::ofstream(filler) << std::string(1'000'000, 'x') << std::flush;
+            store->settings.windowGap = 2;
+            const bool hadRoomWhenFull = isSaved(*store);
+            const bool isWhole = open(local)->settings.windowGap == 1;
+            const bool isAlone = namesIn(local.parent_path()).size() == 1;
+            fs::remove(filler);
+            return hadRoom && !hadRoomWhenFull && isWhole && isAlone && isSaved(*store);
+        });
+        isMounted = child.succeeds();
+        EXPECT_TRUE(isMounted);
+    });
+    if (output.empty()) {
+        GTEST_SKIP() << "nothing may be mounted here";
+    }
+    EXPECT_EQ(output, "mounted\nFailed to save Brisk settings: No space left on device\n");
+}
+
+TEST_F(SettingsStoreTest, ICloudDriveMayComeAndGoBetweenStarts) {
+    const fs::path drive = iCloudDriveFolderURL(folders);
+    struct Row {
+        const char* why;
+        std::function<void()> happens;
+        std::int64_t expectedGap;
+        std::int64_t editedGap;
+    };
+    for (const Row& row : {
+             Row{"without it", [&] { createFile(local, R"({"windowGap": 1})"); }, 1, 2},
+             Row{"it comes, and the settings go along", [&] { fs::create_directories(drive); }, 2, 3},
+             Row{"it goes: what was there last", [&] { fs::rename(drive, folder.path() / "drive"); }, 2, 4},
+             Row{"it comes back, and what it holds counts", [&] { fs::rename(folder.path() / "drive", drive); }, 3, 5},
+         }) {
+        SCOPED_TRACE(row.why);
+        row.happens();
+        const auto store = open(defaultFileURL(folders));
+        EXPECT_EQ(store->settings.windowGap, row.expectedGap);
+        store->settings.windowGap = row.editedGap;
+        store->save();
+        EXPECT_EQ(saved(*store).windowGap, row.editedGap);
+    }
 }
 
 TEST_F(SettingsStoreTest, ClearedShortcutsStayClearedUntilAssigned) {
