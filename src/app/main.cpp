@@ -62,7 +62,9 @@ int main(int, char** argv) {
     qt::startNoMessageBus();
     int argumentCount = 1;
     QApplication application(argumentCount, argv);
-    QApplication::setApplicationName(QStringLiteral("brisk"));
+    const auto desktopID = QString::fromStdString(std::string(product::desktopID));
+    QApplication::setApplicationName(desktopID);
+    QApplication::setDesktopFileName(desktopID);
     QApplication::setWindowIcon(applicationIcon(QApplication::palette().color(QPalette::WindowText)));
     QApplication::setQuitOnLastWindowClosed(AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
 

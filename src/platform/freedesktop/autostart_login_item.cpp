@@ -1,5 +1,6 @@
 #include "platform/freedesktop/autostart_login_item.h"
 
+#include "app/product.h"
 #include "platform/freedesktop/desktop_entry.h"
 #include "settings/settings_file.h"
 #include "settings/settings_locations.h"
@@ -29,7 +30,9 @@ std::string entryFor(const std::string& program) {
            "Version=1.0\n"
            "Name=Brisk\n"
            "Comment=Moves and resizes windows by shortcuts and dragging\n"
-           "Icon=brisk\n"
+           "Icon=" +
+           std::string(product::desktopID) +
+           "\n"
            "TryExec=" +
            escapedString(program) +
            "\n"
@@ -55,7 +58,9 @@ fs::path autostartFolderOfUser() {
 }
 
 AutostartLoginItem::AutostartLoginItem(const fs::path& folder, fs::path program, std::function<void()> openSettings)
-    : file_(folder / "brisk.desktop"), program_(std::move(program)), openSettings_(std::move(openSettings)) {}
+    : file_(folder / (std::string(product::desktopID) + ".desktop")),
+      program_(std::move(program)),
+      openSettings_(std::move(openSettings)) {}
 
 LoginItemStatus AutostartLoginItem::status() const {
     if (!itemExists(file_)) {
