@@ -1,3 +1,4 @@
+#include "desktop/support/input.h"
 #include "desktop/window_access_scene.h"
 
 #include <gtest/gtest.h>
@@ -11,14 +12,7 @@ namespace {
 
 using Kind = WindowManager::Kind;
 
-class WindowPlacement : public testing::TestWithParam<Kind> {
-protected:
-    void SetUp() override {
-        if (!isInstalled(WindowManager::programOf(GetParam()))) {
-            GTEST_SKIP() << WindowManager::programOf(GetParam()) << " is not installed";
-        }
-    }
-};
+class WindowPlacement : public testing::TestWithParam<Kind> {};
 
 struct Row {
     const char* why;
@@ -154,6 +148,25 @@ TEST_P(WindowPlacement, SendsAPositionAloneAtTheEndOfTheTurn) {
     EXPECT_EQ(scene.frameOnceItIs(toCGRect(expected), element), toCGRect(expected));
 }
 
+TEST(WindowPlacementOnKWin, TakesAWindowOutOfItsTile) {
+    if (!isInstalled(WindowManager::programOf(Kind::kwin))) {
+        GTEST_SKIP() << "only kwin holds windows in tiles that it does not tell of";
+    }
+    WindowAccessScene scene(Kind::kwin);
+    const xcb_window_t window = scene.openInFront();
+    const AXUIElementRef element = scene.focusedElement();
+    const CGRect tile{{0, 0}, {720, 900}};
+    Keyboard keyboard(scene.desktop);
+    ASSERT_TRUE(waitUntil([&] {
+        // Its shortcuts work some time after it has started.
+        keyboard.press(Key::left, {Key::leftSuper});
+        return waitUntil([&] { return scene.readFrame(element) == tile; }, std::chrono::seconds(1));
+    }));
+    for (const CGRect& target : {CGRect{{720, 0}, {720, 900}}, CGRect{{300, 200}, {500, 400}}}) {
+        EXPECT_EQ(placeUnhurried(scene, element, window, target).frame, target);
+    }
+}
+
 TEST_P(WindowPlacement, RefusesWhatTheWindowManagerForbids) {
     WindowAccessScene scene(GetParam());
     const PixelSize onlySize{.width = 300, .height = 200};
@@ -227,7 +240,7 @@ std::string programName(const testing::TestParamInfo<Kind>& info) {
     return WindowManager::programOf(info.param);
 }
 
-INSTANTIATE_TEST_SUITE_P(On, WindowPlacement, testing::Values(Kind::openbox, Kind::xfwm4, Kind::metacity), programName);
+INSTANTIATE_TEST_SUITE_P(On, WindowPlacement, testing::ValuesIn(WindowManager::kindsToTest()), programName);
 
 } // namespace
 } // namespace brisk::desktop

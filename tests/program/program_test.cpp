@@ -56,9 +56,7 @@ TEST_P(ProgramUnder, MovesWindowsAndPutsItsAlertsInFront) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, ProgramUnder,
-                         testing::Values(WindowManager::Kind::openbox, WindowManager::Kind::xfwm4,
-                                         WindowManager::Kind::metacity),
+INSTANTIATE_TEST_SUITE_P(, ProgramUnder, testing::ValuesIn(WindowManager::kindsToTest()),
                          [](const auto& row) { return std::string(WindowManager::programOf(row.param)); });
 
 TEST_F(Program, EndsInOrderFromInsideAnAlert) {

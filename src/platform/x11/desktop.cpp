@@ -29,7 +29,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       keyInput_(*connection_),
       nativeWindows_(*connection_, displays_),
       eventMonitor_(*connection_, atoms_, displays_, mainQueue,
-                    [this] { windowMover_.askAhead(windowTracker_.activeWindow()); }),
+                    {.ask = [this] { windowMover_.askAhead(windowTracker_.activeWindow()); },
+                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
     processEvents();

@@ -34,8 +34,8 @@ NSEventModifierFlags flagsOf(std::uint16_t modifiers) {
 } // namespace
 
 EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
-                           std::function<void()> askAhead)
-    : connection_(connection), atoms_(atoms), displays_(displays), queue_(queue), askAhead_(std::move(askAhead)) {}
+                           ReadAhead readAhead)
+    : connection_(connection), atoms_(atoms), displays_(displays), queue_(queue), readAhead_(std::move(readAhead)) {}
 
 EventMonitor::~EventMonitor() {
     if (!monitors_.empty()) {
@@ -337,7 +337,7 @@ void EventMonitor::begin(std::uint32_t button) {
 
 void EventMonitor::move() {
     if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
-        askAhead_();
+        readAhead_.ask();
     }
     const auto pointer = readPointer(connection_);
     // The release may have been told just before the answer.
@@ -348,6 +348,9 @@ void EventMonitor::move() {
     if (pointer && (pointer->state & XCB_BUTTON_MASK_1) == 0 && !isReleaseHeard) {
         end(0);
     } else {
+        if (isReleaseHeard) {
+            readAhead_.dragHasEnded();
+        }
         pointerOfReport_ = pointer;
         reportDrag();
     }

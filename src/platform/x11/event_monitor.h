@@ -30,10 +30,15 @@ namespace brisk::x11 {
 /// Expects the root window and the displays to be followed.
 class EventMonitor final : public GlobalEventMonitor {
 public:
-    /// `askAhead` is called before the round trip of a drag report with Shift: what its reader is going to ask the
-    /// server can travel along.
-    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
-                 std::function<void()> askAhead);
+    /// What the reader of a drag report is going to ask the server can travel along with the report's own questions.
+    struct ReadAhead {
+        /// Called before the round trip of a report with Shift.
+        std::function<void()> ask;
+        /// Called after it, when the button was released before the answers.
+        std::function<void()> dragHasEnded;
+    };
+
+    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue, ReadAhead readAhead);
     EventMonitor(const EventMonitor&) = delete;
     EventMonitor& operator=(const EventMonitor&) = delete;
     ~EventMonitor() override;
@@ -97,7 +102,7 @@ private:
     const Atoms& atoms_;
     Displays& displays_;
     MainQueue& queue_;
-    std::function<void()> askAhead_;
+    ReadAhead readAhead_;
     std::vector<Monitor> monitors_;
     Token lastToken_ = 0;
 

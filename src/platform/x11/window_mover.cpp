@@ -29,6 +29,11 @@ int roundedCoordinate(double value) {
     return static_cast<int>(std::clamp(std::round(value), -32768.0, 32767.0));
 }
 
+/// Whether a window that is there now did not go where it was asked to. One that keeps to sizes of its own went.
+bool hasIgnored(const PixelRect& start, const PixelRect& target, const PixelRect& now) {
+    return now == start || now.x != target.x || now.y != target.y;
+}
+
 std::uint32_t word(int value) {
     return static_cast<std::uint32_t>(value);
 }
@@ -44,7 +49,13 @@ WindowMover::WindowMover(Connection& connection, const Atoms& atoms, WindowManag
 void WindowMover::askAhead(const WindowRef& window) {
     takeAhead(nullptr);
     if (window && window->exists && !held_ && !movement_) {
-        ahead_.emplace(AheadRequest{window, FrameRequest{connection_, atoms_, window->id}});
+        ahead_.emplace(AheadRequest{.window = window, .request = {connection_, atoms_, window->id}});
+    }
+}
+
+void WindowMover::dragHasEnded() {
+    if (ahead_) {
+        ahead_->isLate = true;
     }
 }
 
@@ -61,12 +72,19 @@ std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
 
 /// Reads the moving window once it has arrived.
 std::optional<FrameReading> WindowMover::readArrived() {
-    const Movement movement = *std::exchange(movement_, std::nullopt);
+    Movement movement = *std::exchange(movement_, std::nullopt);
     const auto hasArrived = [](const Movement& way) {
         // A window that was just let out of fullscreen may get its decoration while it moves.
         return [&way](const FrameReading& now) { return now.frame == way.target && !way.isFromHeldState; };
     };
-    const auto reading = readUntil(movement, hasArrived(movement));
+    auto reading = readUntil(movement, hasArrived(movement));
+    if (reading && !windowManager_.hasReached(movement.checkpoint) &&
+        hasIgnored(movement.start, movement.target, reading->frame)) {
+        leaveTile(*movement.window);
+        send(movement.window, *reading, movement.target);
+        movement = *std::exchange(movement_, std::nullopt);
+        reading = readUntil(movement, hasArrived(movement));
+    }
     if (!reading || reading->frame == movement.target || reading->isHeld() ||
         (reading->decoration == movement.decoration && reading->shadow == movement.shadow)) {
         return reading;
@@ -112,7 +130,7 @@ AXError WindowMover::setSize(const WindowRef& window, CGSize size) {
 void WindowMover::endTurn() {
     takeAhead(nullptr);
     sendHeldPosition();
-    readWindow_.reset();
+    isReadingCurrent_ = false;
     isReleased_ = false;
     if (movement_ && std::chrono::steady_clock::now() > movement_->deadline) {
         movement_.reset();
@@ -134,7 +152,7 @@ void WindowMover::handle(const xcb_generic_event_t& event) {
 
 void WindowMover::sendHeldPosition() {
     const auto held = std::exchange(held_, std::nullopt);
-    if (!held || !held->window->exists || (readWindow_ != held->window && !ask(held->window))) {
+    if (!held || !held->window->exists || (!hasReadingOf(held->window) && !ask(held->window))) {
         return;
     }
     PixelRect target = currentFrame(held->window, reading_);
@@ -163,6 +181,7 @@ void WindowMover::send(const WindowRef& window, const FrameReading& reading, Pix
                         {flags, word(target.x - shadow.left), word(target.y - shadow.top), word(std::max(width, 1)),
                          word(std::max(height, 1))});
     movement_ = Movement{.window = window,
+                         .start = current,
                          .target = target,
                          .decoration = decoration,
                          .shadow = shadow,
@@ -171,7 +190,7 @@ void WindowMover::send(const WindowRef& window, const FrameReading& reading, Pix
                          .deadline = std::chrono::steady_clock::now() + patience};
     xcb_flush(connection_.xcb());
     // Extents and permissions stay; the frame is now where the movement goes.
-    readWindow_.reset();
+    isReadingCurrent_ = false;
 }
 
 PixelRect WindowMover::currentFrame(const WindowRef& window, const FrameReading& reading) const {
@@ -186,7 +205,7 @@ AXError WindowMover::prepare(const WindowRef& window, bool FrameReading::*permis
     if (!windowManager_.placesWindows()) {
         return kAXErrorCannotComplete;
     }
-    if (readWindow_ != window && !ask(window)) {
+    if (!hasReadingOf(window) && !ask(window)) {
         return kAXErrorInvalidUIElement;
     }
     const FrameReading before = reading_;
@@ -209,7 +228,7 @@ AXError WindowMover::prepare(const WindowRef& window, bool FrameReading::*permis
     if (before.isHeld() && !reading_.isHeld()) {
         // A refused write leaves the window as it was.
         setStates(*window, before, stateAdd);
-        readWindow_.reset();
+        isReadingCurrent_ = false;
     }
     return kAXErrorCannotComplete;
 }
@@ -228,9 +247,17 @@ void WindowMover::setStates(const Window& window, const FrameReading& states, st
     }
 }
 
+/// KWin holds a window that was snapped to an edge in a tile, shows no state of that and ignores moves, until the
+/// window is maximized another way; taken back at once, that is never seen.
+void WindowMover::leaveTile(const Window& window) {
+    const FrameReading vertically{.isMaximizedVertically = true};
+    setStates(window, vertically, stateAdd);
+    setStates(window, vertically, stateRemove);
+}
+
 /// Reads the window as it is now and remembers the reading for this turn; none when it is gone.
 std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
-    readWindow_.reset();
+    isReadingCurrent_ = false;
     if (!window->exists) {
         return std::nullopt;
     }
@@ -245,6 +272,7 @@ std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
     }
     readWindow_ = window;
     reading_ = *reading;
+    isReadingCurrent_ = true;
     return reading;
 }
 
@@ -253,10 +281,14 @@ std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
     if (!ahead_) {
         return std::nullopt;
     }
-    const auto reading = ahead_->request.take();
-    const bool isMeant = ahead_->window == window;
-    ahead_.reset();
-    return isMeant ? reading : std::nullopt;
+    const AheadRequest ahead = *std::exchange(ahead_, std::nullopt);
+    const auto reading = ahead.request.take();
+    if (!reading || ahead.window != window) {
+        return std::nullopt;
+    }
+    const bool isOtherSize =
+        reading->frame.width != reading_.frame.width || reading->frame.height != reading_.frame.height;
+    return ahead.isLate && readWindow_ == window && isOtherSize ? reading_ : reading;
 }
 
 /// Reads the window until the condition holds, the window manager has answered or the movement's time is up, whichever

@@ -29,6 +29,10 @@ public:
     /// Sends the questions of a read that is to come in this turn, so that they share the round trip of the next reply.
     /// Does nothing without a window, or where a read has to wait for a movement.
     void askAhead(const WindowRef& window);
+    /// Tells that a drag has ended before the answer to what was asked ahead. The window manager may have given the
+    /// window another size by then, as snapping to an edge does: that size is none of the drag's, and the frame as it
+    /// was read before is told instead.
+    void dragHasEnded();
     /// The window's visible outer frame; none when it is gone.
     std::optional<PixelRect> read(const WindowRef& window);
 
@@ -44,6 +48,7 @@ private:
     struct AheadRequest {
         WindowRef window;
         FrameRequest request;
+        bool isLate = false;
     };
     struct HeldPosition {
         WindowRef window;
@@ -52,6 +57,7 @@ private:
     /// A move under way.
     struct Movement {
         WindowRef window;
+        PixelRect start{};
         PixelRect target{};
         /// What the size was reckoned with.
         Extents decoration{};
@@ -65,9 +71,11 @@ private:
     void handle(const xcb_generic_event_t& event);
     void sendHeldPosition();
     void send(const WindowRef& window, const FrameReading& reading, PixelRect target);
+    bool hasReadingOf(const WindowRef& window) const { return isReadingCurrent_ && readWindow_ == window; }
     PixelRect currentFrame(const WindowRef& window, const FrameReading& reading) const;
     AXError prepare(const WindowRef& window, bool FrameReading::*permission);
     void setStates(const Window& window, const FrameReading& states, std::uint32_t action);
+    void leaveTile(const Window& window);
     std::optional<FrameReading> ask(const WindowRef& window);
     std::optional<FrameReading> takeAhead(const WindowRef& window);
     template <class Condition>
@@ -79,9 +87,10 @@ private:
     std::optional<AheadRequest> ahead_;
     std::optional<HeldPosition> held_;
     std::optional<Movement> movement_;
-    /// What is known of one window in this turn; none after something was asked of it.
+    /// The window read last, and whether that was in this turn and nothing was asked of it since.
     WindowRef readWindow_;
     FrameReading reading_;
+    bool isReadingCurrent_ = false;
     /// Whether that window was maximized or fullscreen until now.
     bool isReleased_ = false;
     /// The window whose changes are waited for, and whether there was one.

@@ -74,6 +74,8 @@ std::vector<std::string> arguments(const VirtualServer& server, WindowManager::K
     case WindowManager::Kind::metacity:
         server.home().write("config/glib-2.0/settings/keyfile", metacitySettings);
         return {"metacity", "--sm-disable", "--no-composite"};
+    case WindowManager::Kind::kwin:
+        return {"dbus-run-session", "--", "env", "KWIN_COMPOSE=N", "kwin_x11"};
     }
     throw std::logic_error("unknown window manager");
 }
@@ -101,8 +103,18 @@ const char* WindowManager::programOf(Kind kind) {
         return "xfwm4";
     case Kind::metacity:
         return "metacity";
+    case Kind::kwin:
+        return "kwin_x11";
     }
     return "";
+}
+
+std::vector<WindowManager::Kind> WindowManager::kindsToTest() {
+    std::vector<Kind> kinds{Kind::openbox, Kind::xfwm4, Kind::metacity};
+    if (isInstalled(programOf(Kind::kwin))) {
+        kinds.push_back(Kind::kwin);
+    }
+    return kinds;
 }
 
 WindowManager::WindowManager(VirtualServer& server, Kind kind) : server_(server), kind_(kind) {

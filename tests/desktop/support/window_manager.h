@@ -4,14 +4,17 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace brisk::desktop {
 
 /// A window manager on a virtual server, with no shortcuts of its own that Brisk's could collide with.
 class WindowManager {
 public:
-    enum class Kind { openbox, xfwm4, metacity };
+    enum class Kind { openbox, xfwm4, metacity, kwin };
     static const char* programOf(Kind kind);
+    /// Those that the tests need, and kwin, which brings half a desktop with it, where it is installed.
+    static std::vector<Kind> kindsToTest();
 
     /// Starts it and waits until it manages windows. Throws `std::runtime_error` when it does not.
     WindowManager(VirtualServer& server, Kind kind);
