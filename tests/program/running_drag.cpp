@@ -1,0 +1,95 @@
+#include "program/running_drag.h"
+
+#include <chrono>
+#include <span>
+
+namespace brisk::desktop {
+
+void RunningDrag::startWithWindow(WindowManager::Kind kind) {
+    settings_ = R"({
+        "hasCompletedOnboarding": true,
+        "dragEnabledBuiltInWindowLayoutIDs": ["window.leftHalf", "window.rightHalf"] })";
+    startWindowManager(kind);
+    start();
+    window_ = openWindow();
+    // A hot key that works tells that the program has started to the end.
+    press(Key::left);
+    ASSERT_TRUE(comesTo(window_, leftHalf));
+    putAt(window_, startFrame);
+}
+
+bool RunningDrag::wait(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+        client_.dispatchEvents();
+        return condition();
+    });
+}
+
+void RunningDrag::putAt(xcb_window_t window, const PixelRect& frame) {
+    frameAtRest(window);
+    desktop_.requestFrame(window, frame);
+    ASSERT_TRUE(comesTo(window, frame));
+}
+
+std::optional<PixelRect> RunningDrag::frameAtRest(xcb_window_t window) {
+    auto last = desktop_.visibleFrame(window);
+    auto since = std::chrono::steady_clock::now();
+    EXPECT_TRUE(wait([&] {
+        if (const auto now = desktop_.visibleFrame(window); now != last) {
+            last = now;
+            since = std::chrono::steady_clock::now();
+        }
+        return std::chrono::steady_clock::now() - since > std::chrono::milliseconds(250);
+    }));
+    return last;
+}
+
+void RunningDrag::takeByTitle(xcb_window_t window) {
+    const auto before = desktop_.visibleFrame(window);
+    ASSERT_TRUE(before);
+    pointer_.moveTo(before->x + before->width / 2, before->y + 8);
+    pointer_.down();
+    ASSERT_TRUE(wait([&] {
+        pointer_.moveBy(1, 1);
+        return desktop_.visibleFrame(window)->x > before->x + 10;
+    })) << "the window manager does not move the window";
+}
+
+void RunningDrag::pressShift() {
+    keyboard_.down(Key::leftShift);
+    // Far to and fro: with Shift some window managers let a window only jump from edge to edge, and a program that is
+    // late sees nothing of the way before.
+    int step = 0;
+    ASSERT_TRUE(wait([&] {
+        constexpr int stepsOneWay = 20;
+        const int distance = step++ / stepsOneWay % 2 == 0 ? 10 : -10;
+        pointer_.moveBy(distance, distance);
+        return isOverlayShown();
+    }));
+}
+
+void RunningDrag::dragTo(int x, int y) {
+    constexpr int stepCount = 20;
+    for (int step = 0; step < stepCount; ++step) {
+        pointer_.moveTo(x + stepCount - step, y + stepCount - step);
+    }
+    pointer_.moveTo(x, y);
+}
+
+std::optional<PixelRect> RunningDrag::overlay() {
+    const Reply<xcb_query_tree_reply_t> tree{
+        xcb_query_tree_reply(desktop_.xcb(), xcb_query_tree(desktop_.xcb(), desktop_.root()), nullptr)};
+    for (const xcb_window_t child : std::span(xcb_query_tree_children(tree.get()),
+                                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())))) {
+        // The only one of the program's windows that reaches over the height of a display without being anybody's.
+        const auto owner = desktop_.cardinals(child, "_NET_WM_PID");
+        const auto rect = desktop_.clientRect(child);
+        if (owner.size() == 1 && owner.front() == static_cast<std::uint32_t>(program_->id()) && rect &&
+            rect->height >= 450 && desktop_.isViewable(child)) {
+            return rect;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace brisk::desktop
