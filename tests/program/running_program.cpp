@@ -30,7 +30,13 @@ void RunningProgram::start(const Environment& additions) {
 
 xcb_window_t RunningProgram::openWindow(const WindowDescription& description) {
     const xcb_window_t window = client_.open(description);
-    EXPECT_TRUE(waitUntil([&] { return desktop_.isManaged(window) && desktop_.activeWindow() == window; }));
+    EXPECT_TRUE(waitUntil([&] {
+        client_.dispatchEvents();
+        if (desktop_.isManaged(window) && desktop_.activeWindow() != window) {
+            desktop_.requestActivation(window);
+        }
+        return desktop_.isManaged(window) && desktop_.activeWindow() == window;
+    }));
     return window;
 }
 
@@ -77,6 +83,39 @@ std::optional<xcb_window_t> RunningProgram::focusedDialog() {
         return dialog.has_value();
     });
     return isThere ? dialog : std::nullopt;
+}
+
+void RunningProgram::expectAnswersTheNextHotKey() {
+    const xcb_window_t window = openWindow();
+    press(Key::left);
+    EXPECT_TRUE(waitUntil([&] {
+        client_.dispatchEvents();
+        // Whatever it had to say of the fault: a press meanwhile is ignored.
+        if (!programWindows().empty()) {
+            closeDialogs();
+            desktop_.requestActivation(window);
+            EXPECT_TRUE(waitUntil([&] { return desktop_.activeWindow() == window; }));
+            press(Key::left);
+        }
+        return desktop_.visibleFrame(window) == leftHalf;
+    })) << *desktop_.visibleFrame(window)
+        << program_->errors();
+    client_.close(window);
+    EXPECT_TRUE(waitUntil([&] { return !desktop_.isManaged(window); }));
+    EXPECT_TRUE(program_->isRunning());
+}
+
+void RunningProgram::closeDialogs() {
+    EXPECT_TRUE(waitUntil([&] {
+        const auto dialogs = programWindows();
+        if (!dialogs.empty() && desktop_.activeWindow() == dialogs.front()) {
+            constexpr auto escape = static_cast<Key>(9);
+            press(escape, {});
+        } else if (!dialogs.empty()) {
+            desktop_.requestActivation(dialogs.front());
+        }
+        return dialogs.empty();
+    }));
 }
 
 bool RunningProgram::comesTo(xcb_window_t window, const PixelRect& frame) {

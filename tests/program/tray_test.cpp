@@ -177,5 +177,15 @@ TEST_F(NotifierTray, IsFoundHoweverLateAndAgain) {
     EXPECT_TRUE(panel.openMenu());
 }
 
+TEST_F(NotifierTray, MayGoWithItsBus) {
+    {
+        const NotifierPanel panel(*connection_, NotifierPanel::Host::present);
+        startOnBus();
+        ASSERT_TRUE(hasItem(panel));
+    }
+    bus_.reset();
+    expectAnswersTheNextHotKey();
+}
+
 } // namespace
 } // namespace brisk::desktop

@@ -131,8 +131,26 @@ void WindowManager::kill() {
 }
 
 void WindowManager::start() {
-    process_ = std::make_unique<Process>(arguments(server_, kind_, openboxKeyBindings_), environment(server_));
+    launch({});
+    awaitReadiness();
+}
 
+void WindowManager::replace() {
+    const std::unique_ptr<Process> old = std::move(process_);
+    launch({"--replace"});
+    if (!waitUntil([&] { return !old->isRunning(); })) {
+        throw std::runtime_error(std::string(programOf(kind_)) + " does not give way");
+    }
+    awaitReadiness();
+}
+
+void WindowManager::launch(const std::vector<std::string>& options) {
+    auto command = arguments(server_, kind_, openboxKeyBindings_);
+    command.insert(command.end(), options.begin(), options.end());
+    process_ = std::make_unique<Process>(std::move(command), environment(server_));
+}
+
+void WindowManager::awaitReadiness() const {
     // It is ready when it takes care of a window, not when it says that it is there.
     DesktopConnection connection(server_.display());
     TestClient client(server_.display());

@@ -25,10 +25,16 @@ public:
     Process& process() { return *process_; }
     /// Ends it as a crash would; windows stay, unmanaged.
     void kill();
+    bool isKilled() const { return !process_; }
     /// Starts it again, and waits until it manages windows.
     void start();
+    /// Another copy asks it to go, takes its place and manages windows.
+    void replace();
 
 private:
+    void launch(const std::vector<std::string>& options);
+    void awaitReadiness() const;
+
     VirtualServer& server_;
     Kind kind_;
     std::string openboxKeyBindings_;
