@@ -13,7 +13,7 @@ struct PaneDescription {
     int contentHeight;
 };
 
-PaneDescription description(SettingsPane pane) {
+constexpr PaneDescription description(SettingsPane pane) {
     switch (pane) {
     case SettingsPane::general:
         return {.rawValue = "general", .title = "General", .symbolName = "gearshape", .contentHeight = 380};
@@ -26,6 +26,9 @@ PaneDescription description(SettingsPane pane) {
     }
     return {};
 }
+
+static_assert(description(static_cast<SettingsPane>(allSettingsPanes.size())).rawValue.empty(),
+              "There is a pane that allSettingsPanes does not list.");
 
 } // namespace
 

@@ -23,9 +23,9 @@ BuiltInLayoutRow builtInRow(WindowLayout layout, const AppSettings& settings) {
         .layout = layout,
         .command = command,
         .binding = hotKeyBinding(settings, command),
-        .isDragTarget = layout == WindowLayout::restore
-                            ? std::nullopt
-                            : std::optional(std::ranges::find(dragTargets, command) != dragTargets.end()),
+        .isDragTarget = canBeDropZone(layout)
+                            ? std::optional(std::ranges::find(dragTargets, command) != dragTargets.end())
+                            : std::nullopt,
     };
 }
 

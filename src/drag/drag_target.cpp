@@ -11,7 +11,7 @@ std::vector<WindowDragTarget> dragTargets(std::span<const WindowLayout> builtIn,
     std::vector<WindowDragTarget> targets;
     targets.reserve(builtIn.size() + custom.size());
     for (const WindowLayout layout : builtIn) {
-        if (layout != WindowLayout::restore) {
+        if (canBeDropZone(layout)) {
             targets.emplace_back(layout);
         }
     }

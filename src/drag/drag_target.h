@@ -16,8 +16,8 @@ using WindowDragTarget = std::variant<WindowLayout, CustomWindowLayout>;
 
 CommandIdentifier commandIdentifier(const WindowDragTarget& target);
 
-/// The layouts that a drag offers: the built-in ones in the order given, without `restore`, which has no place of its
-/// own; then those custom ones, in the order given, that are available for dragging.
+/// The layouts that a drag offers: of the built-in ones, in the order given, those that can be drop zones; then those
+/// custom ones, in the order given, that are available for dragging.
 std::vector<WindowDragTarget> dragTargets(std::span<const WindowLayout> builtIn,
                                           std::span<const CustomWindowLayout> custom);
 

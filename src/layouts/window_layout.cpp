@@ -13,23 +13,36 @@ struct Description {
     std::string_view symbolName;
 };
 
-constexpr std::array<Description, allWindowLayouts.size()> descriptions{{
-    {"leftHalf", "Left Half", "rectangle.lefthalf.filled"},
-    {"rightHalf", "Right Half", "rectangle.righthalf.filled"},
-    {"topHalf", "Top Half", "rectangle.tophalf.filled"},
-    {"bottomHalf", "Bottom Half", "rectangle.bottomhalf.filled"},
-    {"maximize", "Maximize", "arrow.up.left.and.arrow.down.right"},
-    {"center", "Center", "rectangle.center.inset.filled"},
-    {"topLeft", "Top Left", "arrow.up.left.square"},
-    {"topRight", "Top Right", "arrow.up.right.square"},
-    {"bottomLeft", "Bottom Left", "arrow.down.left.square"},
-    {"bottomRight", "Bottom Right", "arrow.down.right.square"},
-    {"restore", "Restore Window", "arrow.uturn.backward.square"},
-}};
-
-const Description& describe(WindowLayout layout) {
-    return descriptions.at(static_cast<std::size_t>(layout));
+constexpr Description describe(WindowLayout layout) {
+    switch (layout) {
+    case WindowLayout::leftHalf:
+        return {"leftHalf", "Left Half", "rectangle.lefthalf.filled"};
+    case WindowLayout::rightHalf:
+        return {"rightHalf", "Right Half", "rectangle.righthalf.filled"};
+    case WindowLayout::topHalf:
+        return {"topHalf", "Top Half", "rectangle.tophalf.filled"};
+    case WindowLayout::bottomHalf:
+        return {"bottomHalf", "Bottom Half", "rectangle.bottomhalf.filled"};
+    case WindowLayout::maximize:
+        return {"maximize", "Maximize", "arrow.up.left.and.arrow.down.right"};
+    case WindowLayout::center:
+        return {"center", "Center", "rectangle.center.inset.filled"};
+    case WindowLayout::topLeft:
+        return {"topLeft", "Top Left", "arrow.up.left.square"};
+    case WindowLayout::topRight:
+        return {"topRight", "Top Right", "arrow.up.right.square"};
+    case WindowLayout::bottomLeft:
+        return {"bottomLeft", "Bottom Left", "arrow.down.left.square"};
+    case WindowLayout::bottomRight:
+        return {"bottomRight", "Bottom Right", "arrow.down.right.square"};
+    case WindowLayout::restore:
+        return {"restore", "Restore Window", "arrow.uturn.backward.square"};
+    }
+    return {};
 }
+
+static_assert(describe(static_cast<WindowLayout>(allWindowLayouts.size())).rawValue.empty(),
+              "There is a layout that allWindowLayouts does not list.");
 
 constexpr WindowGridSelection wholeArea{.columns = 1, .rows = 1};
 
@@ -74,11 +87,9 @@ std::string_view subtitle(WindowLayout layout) {
 }
 
 std::optional<WindowLayout> windowLayoutFromRawValue(std::string_view rawValue) {
-    const auto* found = std::ranges::find(descriptions, rawValue, &Description::rawValue);
-    if (found == descriptions.end()) {
-        return std::nullopt;
-    }
-    return allWindowLayouts.at(static_cast<std::size_t>(found - descriptions.begin()));
+    const auto* const found =
+        std::ranges::find(allWindowLayouts, rawValue, [](WindowLayout layout) { return describe(layout).rawValue; });
+    return found != allWindowLayouts.end() ? std::optional(*found) : std::nullopt;
 }
 
 WindowGridSelection halfGridSelection(double fraction, bool isRightSide) {

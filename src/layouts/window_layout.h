@@ -39,6 +39,10 @@ std::string_view title(WindowLayout layout);
 std::string_view subtitle(WindowLayout layout);
 /// The name of the symbol image shown with the layout.
 std::string_view symbolName(WindowLayout layout);
+/// Whether the layout can be a drop zone: whether it has a place of its own.
+constexpr bool canBeDropZone(WindowLayout layout) {
+    return layout != WindowLayout::restore;
+}
 
 /// Two fractions of a display's width closer than this are the same fraction.
 inline constexpr double fractionTolerance = 0.001;

@@ -24,9 +24,12 @@ std::set<CommandIdentifier> knownCommands(const std::vector<CustomWindowLayout>&
 }
 
 std::vector<CommandIdentifier> sanitizedDragTargets(std::vector<CommandIdentifier> identifiers) {
-    std::set<CommandIdentifier> eligible = knownCommands({});
-    eligible.erase(commandIdentifier(WindowLayout::restore));
-
+    std::set<CommandIdentifier> eligible;
+    for (const WindowLayout layout : allWindowLayouts) {
+        if (canBeDropZone(layout)) {
+            eligible.insert(commandIdentifier(layout));
+        }
+    }
     std::erase_if(identifiers, [&](const CommandIdentifier& identifier) { return !eligible.contains(identifier); });
     std::ranges::sort(identifiers);
     identifiers.erase(std::unique(identifiers.begin(), identifiers.end()), identifiers.end());

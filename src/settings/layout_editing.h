@@ -12,6 +12,7 @@ namespace brisk {
 
 /// The numbers of columns and rows that are offered for a grid. Settings files may hold grids of one, too.
 inline constexpr std::array<std::int64_t, 5> gridSizes{2, 3, 4, 5, 6};
+static_assert(gridSizes.back() == WindowGridSelection::maximumGridDimension);
 /// What counts where none of them is chosen.
 inline constexpr std::int64_t standardGridSize = 4;
 

@@ -142,7 +142,7 @@ void SettingsStore::removeCustomLayout(const std::string& id) {
 }
 
 void SettingsStore::setDragEnabled(WindowLayout layout, bool isEnabled) {
-    if (layout == WindowLayout::restore) {
+    if (!canBeDropZone(layout)) {
         return;
     }
     auto& enabled = settings.dragEnabledBuiltInWindowLayoutIDs;

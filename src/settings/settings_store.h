@@ -42,7 +42,7 @@ public:
     /// Replaces the layout with the same id where it stands, or appends. Without a binding its shortcut goes.
     void saveCustomLayout(const CustomWindowLayout& layout, const std::optional<HotKeyBinding>& binding);
     void removeCustomLayout(const std::string& id);
-    /// Does nothing for `WindowLayout::restore`, which is never a drop zone.
+    /// Does nothing for a layout that cannot be a drop zone.
     void setDragEnabled(WindowLayout layout, bool isEnabled);
 
     /// The command other than `excluded` that holds this shortcut.

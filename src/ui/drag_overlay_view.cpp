@@ -15,6 +15,8 @@ namespace brisk {
 
 namespace {
 
+constexpr ColorRole builtInZoneColor = ColorRole::accent;
+constexpr ColorRole customZoneColor = ColorRole::teal;
 constexpr double zoneRadius = 14;
 constexpr double activeFillAlpha = 0.34;
 constexpr double inactiveFillAlpha = 0.13;
@@ -26,6 +28,8 @@ constexpr double activeCutOutLineWidth = 6;
 constexpr double inactiveCutOutLineWidth = 2;
 
 constexpr int labelPixelSize = 13;
+constexpr Qt::GlobalColor labelColor = Qt::white;
+constexpr Qt::GlobalColor pillColor = Qt::black;
 constexpr double pillAlpha = 0.48;
 constexpr QRgb opaquePill = 0xFF262626;
 constexpr double pillRadius = 7;
@@ -167,7 +171,7 @@ void WindowDragOverlayView::drawTranslucent(QPainter& painter, const Drawing& dr
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(path, withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha));
     painter.strokePath(path, QPen(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha), lineWidth(zone)));
-    painter.fillPath(roundedPath(flipped(drawing.pill.rectangle), pillRadius), withAlpha(Qt::black, pillAlpha));
+    painter.fillPath(roundedPath(flipped(drawing.pill.rectangle), pillRadius), withAlpha(pillColor, pillAlpha));
 }
 
 void WindowDragOverlayView::fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const {
@@ -188,14 +192,14 @@ void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing)
         painter.scale(1, -1);
         drawFace(&painter,
                  {pill.rectangle.x() + pillPaddingX, pill.rectangle.center().y() - glyphSize / 2, glyphSize, glyphSize},
-                 Qt::white, glyphLineWidth);
+                 labelColor, glyphLineWidth);
         painter.restore();
     }
     const QFont font = labelFont();
     // The text stands on the pill's lower padding; Qt places it by its baseline.
     const double baseline = pill.rectangle.y() + pillPaddingY + QFontMetricsF(font).descent();
     painter.setFont(font);
-    painter.setPen(Qt::white);
+    painter.setPen(labelColor);
     painter.drawText(QPointF(pill.rectangle.x() + pillPaddingX + pill.markerWidth, displayHeight() - baseline),
                      pill.text);
 }
@@ -236,7 +240,7 @@ QRectF WindowDragOverlayView::flipped(const QRectF& rectangle) const {
 }
 
 QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
-    return themeColor(zone.kind == ZoneKind::custom ? ColorRole::teal : ColorRole::accent, palette());
+    return themeColor(zone.kind == ZoneKind::custom ? customZoneColor : builtInZoneColor, palette());
 }
 
 QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {
