@@ -1,7 +1,5 @@
 #include "program/running_program.h"
 
-#include <string_view>
-
 namespace brisk::desktop {
 
 void RunningProgram::startWindowManager(WindowManager::Kind kind) {
@@ -13,18 +11,7 @@ void RunningProgram::start(const Environment& additions) {
     Environment environment = additions;
     environment.merge(server_.environment());
     program_ = std::make_unique<Process>(std::vector<std::string>{BRISK_PROGRAM_PATH}, environment);
-    // Trying for a key must not take it from the program.
-    constexpr auto key = static_cast<xcb_keycode_t>(Key::left);
-    constexpr std::uint16_t modifiers = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
-    const auto hasTheHotKeys = [&] {
-        xcb_grab_server(desktop_.xcb());
-        const auto grab = xcb_grab_key_checked(desktop_.xcb(), 0, desktop_.root(), modifiers, key, XCB_GRAB_MODE_ASYNC,
-                                               XCB_GRAB_MODE_ASYNC);
-        xcb_ungrab_key(desktop_.xcb(), key, desktop_.root(), modifiers);
-        xcb_ungrab_server(desktop_.xcb());
-        const Reply<xcb_generic_error_t> error{xcb_request_check(desktop_.xcb(), grab)};
-        return error && error->error_code == XCB_ACCESS;
-    };
+    const auto hasTheHotKeys = [&] { return isGrabbed(desktop_, Key::left, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1); };
     ASSERT_TRUE(waitUntil(hasTheHotKeys)) << program_->errors();
 }
 
@@ -45,33 +32,7 @@ void RunningProgram::press(Key key, std::initializer_list<Key> modifiers) {
 }
 
 std::vector<xcb_window_t> RunningProgram::programWindows() {
-    std::vector<xcb_window_t> found;
-    addProgramWindows(desktop_.root(), found);
-    return found;
-}
-
-void RunningProgram::addProgramWindows(xcb_window_t parent, std::vector<xcb_window_t>& found) {
-    using std::string_view_literals::operator""sv;
-    const Reply<xcb_query_tree_reply_t> tree{
-        xcb_query_tree_reply(desktop_.xcb(), xcb_query_tree(desktop_.xcb(), parent), nullptr)};
-    if (!tree) {
-        return;
-    }
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
-        const Reply<xcb_get_property_reply_t> windowClass{xcb_get_property_reply(
-            desktop_.xcb(), xcb_get_property(desktop_.xcb(), 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 16),
-            nullptr)};
-        const auto text =
-            windowClass ? std::string_view(static_cast<char*>(xcb_get_property_value(windowClass.get())),
-                                           static_cast<std::size_t>(xcb_get_property_value_length(windowClass.get())))
-                        : std::string_view();
-        const auto rect = desktop_.clientRect(window);
-        if (text.starts_with("brisk\0"sv) && desktop_.isViewable(window) && rect && rect->width > 10) {
-            found.push_back(window);
-        }
-        addProgramWindows(window, found);
-    }
+    return desktop_.windowsOf("brisk");
 }
 
 std::optional<xcb_window_t> RunningProgram::focusedDialog() {

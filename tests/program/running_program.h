@@ -49,7 +49,6 @@ protected:
 
 private:
     void closeDialogs();
-    void addProgramWindows(xcb_window_t parent, std::vector<xcb_window_t>& found);
 };
 
 } // namespace brisk::desktop

@@ -16,11 +16,12 @@ namespace {
 
 using Image = desktop::Reply<xcb_get_image_reply_t>;
 
-Image readScreen(desktop::DesktopConnection& connection) {
-    const xcb_screen_t& screen = connection.screen();
+Image readScreen(desktop::DesktopConnection& connection, const desktop::PixelRect& part) {
     constexpr std::uint32_t allPlanes = ~0U;
-    const auto cookie = xcb_get_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection.root(), 0, 0,
-                                      screen.width_in_pixels, screen.height_in_pixels, allPlanes);
+    const auto cookie =
+        xcb_get_image(connection.xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection.root(), static_cast<std::int16_t>(part.x),
+                      static_cast<std::int16_t>(part.y), static_cast<std::uint16_t>(part.width),
+                      static_cast<std::uint16_t>(part.height), allPlanes);
     Image image{xcb_get_image_reply(connection.xcb(), cookie, nullptr)};
     if (!image || image->depth != 24) {
         throw std::runtime_error("cannot read the screen");
@@ -35,13 +36,13 @@ bool areEqual(const Image& a, const Image& b) {
 
 /// The screen once it has been the same for a while: clients draw some time after they were moved. One that never stops
 /// drawing is taken as it is.
-Image readSteadyScreen(desktop::DesktopConnection& connection) {
+Image readSteadyScreen(desktop::DesktopConnection& connection, const desktop::PixelRect& part) {
     using Clock = std::chrono::steady_clock;
-    Image image = readScreen(connection);
+    Image image = readScreen(connection, part);
     auto unchangedSince = Clock::now();
     static_cast<void>(desktop::waitUntil(
         [&] {
-            Image next = readScreen(connection);
+            Image next = readScreen(connection, part);
             if (!areEqual(image, next)) {
                 unchangedSince = Clock::now();
             }
@@ -54,12 +55,12 @@ Image readSteadyScreen(desktop::DesktopConnection& connection) {
 
 } // namespace
 
-void writeScreenshot(desktop::DesktopConnection& connection, const std::string& path) {
-    const Image screen = readSteadyScreen(connection);
+void writeScreenshot(desktop::DesktopConnection& connection, const desktop::PixelRect& part, const std::string& path) {
+    const Image screen = readSteadyScreen(connection, part);
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
-    image.width = connection.screen().width_in_pixels;
-    image.height = connection.screen().height_in_pixels;
+    image.width = static_cast<png_uint_32>(part.width);
+    image.height = static_cast<png_uint_32>(part.height);
     // The server's pixels are 32-bit words, blue lowest, the top byte of no meaning; libpng reads that byte as alpha.
     image.format = PNG_FORMAT_BGRA;
     std::uint8_t* pixels = xcb_get_image_data(screen.get());

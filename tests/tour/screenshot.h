@@ -6,8 +6,8 @@
 
 namespace brisk::tour {
 
-/// Writes what the display shows, once its clients have drawn themselves, to a PNG file. Throws `std::runtime_error`
-/// when it cannot.
-void writeScreenshot(desktop::DesktopConnection& connection, const std::string& path);
+/// Writes what a part of the display shows, once its clients have drawn themselves, to a PNG file. Throws
+/// `std::runtime_error` when it cannot.
+void writeScreenshot(desktop::DesktopConnection& connection, const desktop::PixelRect& part, const std::string& path);
 
 } // namespace brisk::tour

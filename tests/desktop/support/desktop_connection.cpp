@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 namespace brisk::desktop {
 namespace {
@@ -140,6 +141,35 @@ std::vector<xcb_window_t> DesktopConnection::clients() {
 bool DesktopConnection::isManaged(xcb_window_t window) {
     const auto windows = clients();
     return std::find(windows.begin(), windows.end(), window) != windows.end() && isViewable(window);
+}
+
+std::vector<xcb_window_t> DesktopConnection::windowsOf(const std::string& instanceName) {
+    std::vector<xcb_window_t> found;
+    addWindowsOf(instanceName, root(), found);
+    return found;
+}
+
+void DesktopConnection::addWindowsOf(const std::string& instanceName, xcb_window_t parent,
+                                     std::vector<xcb_window_t>& found) {
+    const Reply<xcb_query_tree_reply_t> tree{
+        xcb_query_tree_reply(connection_, xcb_query_tree(connection_, parent), nullptr)};
+    if (!tree) {
+        return;
+    }
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
+        const Reply<xcb_get_property_reply_t> windowClass{xcb_get_property_reply(
+            connection_, xcb_get_property(connection_, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 16), nullptr)};
+        const std::string_view names(
+            static_cast<const char*>(windowClass ? xcb_get_property_value(windowClass.get()) : ""),
+            windowClass ? static_cast<std::size_t>(xcb_get_property_value_length(windowClass.get())) : 0);
+        const auto rect = clientRect(window);
+        // Instance and class follow each other, each with a zero byte at its end.
+        if (names.substr(0, names.find('\0')) == instanceName && isViewable(window) && rect && rect->width > 10) {
+            found.push_back(window);
+        }
+        addWindowsOf(instanceName, window, found);
+    }
 }
 
 void DesktopConnection::requestFrame(xcb_window_t window, const PixelRect& visibleFrame) {

@@ -61,6 +61,10 @@ public:
     /// Whether the window manager has taken the window into its care and shows it.
     bool isManaged(xcb_window_t window);
 
+    /// The windows of clients with that instance name (`WM_CLASS`) that can be seen, managed or not, those docked in a
+    /// tray included; not the tiny ones that toolkits make for themselves.
+    std::vector<xcb_window_t> windowsOf(const std::string& instanceName);
+
     /// Asks the window manager, as a pager, to give a window this visible frame. It may take its time.
     void requestFrame(xcb_window_t window, const PixelRect& visibleFrame);
     void requestActivation(xcb_window_t window);
@@ -69,6 +73,8 @@ public:
                       const std::string& second = "");
 
 private:
+    void addWindowsOf(const std::string& instanceName, xcb_window_t parent, std::vector<xcb_window_t>& found);
+
     xcb_connection_t* connection_;
     const xcb_screen_t* screen_ = nullptr;
     std::map<std::string, xcb_atom_t> atoms_;
