@@ -30,17 +30,18 @@ struct DisplayTitle {
 } // namespace
 
 std::shared_ptr<WindowManagerController> WindowManagerController::create(const DesktopServices& desktop,
-                                                                         const Presentation& presentation,
+                                                                         Presentation presentation,
                                                                          const SettingsFolders& folders) {
-    std::shared_ptr<WindowManagerController> controller(new WindowManagerController(desktop, presentation, folders));
+    std::shared_ptr<WindowManagerController> controller(
+        new WindowManagerController(desktop, std::move(presentation), folders));
     controller->attachDragSnapping();
     return controller;
 }
 
-WindowManagerController::WindowManagerController(const DesktopServices& desktop, const Presentation& presentation,
+WindowManagerController::WindowManagerController(const DesktopServices& desktop, Presentation presentation,
                                                  const SettingsFolders& folders)
     : desktop_(desktop),
-      presentation_(presentation),
+      presentation_(std::move(presentation)),
       settingsStore_(defaultFileURL(folders), folders, desktop.wallClock),
       windowManager_(desktop.accessibility) {}
 

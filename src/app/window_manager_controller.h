@@ -20,8 +20,8 @@ namespace brisk {
 class WindowManagerController : public std::enable_shared_from_this<WindowManagerController> {
 public:
     /// Loads the settings, then starts to watch for drags. What is referred to outlives the controller.
-    static std::shared_ptr<WindowManagerController>
-    create(const DesktopServices& desktop, const Presentation& presentation, const SettingsFolders& folders);
+    static std::shared_ptr<WindowManagerController> create(const DesktopServices& desktop, Presentation presentation,
+                                                           const SettingsFolders& folders);
 
     /// Carries out the command of a hot key or a menu item on the application the user works in. An unknown identifier
     /// does nothing; while a modal dialog of this program is open every command is ignored.
@@ -54,8 +54,7 @@ public:
     std::function<void()> onSettingsChanged;
 
 private:
-    WindowManagerController(const DesktopServices& desktop, const Presentation& presentation,
-                            const SettingsFolders& folders);
+    WindowManagerController(const DesktopServices& desktop, Presentation presentation, const SettingsFolders& folders);
 
     void attachDragSnapping();
     void onboardingFinished();

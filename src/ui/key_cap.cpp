@@ -13,7 +13,7 @@ namespace brisk {
 namespace {
 
 constexpr QSize keySize{70, 26};
-constexpr double cornerRadius = 6;
+constexpr double capRadius = 6;
 constexpr double borderWidth = 1;
 constexpr int smallestTextMargin = 8;
 constexpr int textPixelSize = 13;
@@ -48,7 +48,7 @@ void KeyCap::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(themeColor(ColorRole::separator, palette()), borderWidth));
     painter.setBrush(themeColor(ColorRole::controlBackground, palette()));
     const double inset = borderWidth / 2;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), capRadius, capRadius);
     painter.setPen(themeColor(ColorRole::label, palette()));
     // The space after the last letter is none of the text's.
     painter.drawText(QRectF(rect()).translated(letterSpacing / 2, 0), Qt::AlignCenter, text_);

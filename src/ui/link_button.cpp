@@ -11,14 +11,14 @@ namespace brisk {
 
 namespace {
 
-constexpr int titlePixelSize = 12;
+constexpr int linkPixelSize = 12;
 constexpr int underlineGap = 1;
 
 } // namespace
 
 LinkButton::LinkButton(QString title, QWidget* parent) : QPushButton(parent), title_(std::move(title)) {
     setAccessibleName(title_);
-    setFont(themeFont(titlePixelSize));
+    setFont(themeFont(linkPixelSize));
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

@@ -19,7 +19,7 @@ constexpr int rowSpacing = 12;
 constexpr int rowInset = 8;
 constexpr int minimumRowHeight = 52;
 constexpr int iconSpacing = 10;
-constexpr int iconSize = 20;
+constexpr int rowIconSize = 20;
 constexpr int textSpacing = 2;
 constexpr int accessorySpacing = 8;
 
@@ -37,14 +37,14 @@ protected:
 class RowIcon final : public QWidget {
 public:
     RowIcon(QString symbolName, QWidget* parent) : QWidget(parent), symbolName_(std::move(symbolName)) {
-        setFixedSize(iconSize, iconSize);
+        setFixedSize(rowIconSize, rowIconSize);
     }
 
 protected:
     void paintEvent(QPaintEvent*) override {
-        QPainter(this).drawPixmap(
-            0, 0,
-            symbolPixmap(symbolName_, iconSize, themeColor(ColorRole::secondaryLabel, palette()), devicePixelRatioF()));
+        QPainter(this).drawPixmap(0, 0,
+                                  symbolPixmap(symbolName_, rowIconSize,
+                                               themeColor(ColorRole::secondaryLabel, palette()), devicePixelRatioF()));
     }
 
 private:

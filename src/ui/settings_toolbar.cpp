@@ -14,9 +14,9 @@ namespace brisk {
 namespace {
 
 constexpr int symbolSize = 24;
-constexpr int labelPixelSize = 11;
+constexpr int itemPixelSize = 11;
 constexpr int labelSpacing = 2;
-constexpr int inset = 6;
+constexpr int itemInset = 6;
 constexpr int gapBetweenItems = 4;
 constexpr int minimumItemWidth = 68;
 constexpr double fieldRadius = 6;
@@ -27,7 +27,7 @@ constexpr double focusWidth = 2;
 SettingsToolbar::SettingsToolbar(QWidget* parent) : QTabBar(parent) {
     setObjectName("toolbar");
     setAccessibleName(QStringLiteral("Settings panes"));
-    setFont(themeFont(labelPixelSize));
+    setFont(themeFont(itemPixelSize));
     setDrawBase(false);
     setExpanding(false);
     setUsesScrollButtons(false);
@@ -66,8 +66,8 @@ int SettingsToolbar::widestLabel() const {
 }
 
 QSize SettingsToolbar::tabSizeHint(int) const {
-    const int width = std::max(minimumItemWidth, widestLabel() + 2 * inset) + gapBetweenItems;
-    return {width, inset + symbolSize + labelSpacing + fontMetrics().lineSpacing() + inset};
+    const int width = std::max(minimumItemWidth, widestLabel() + 2 * itemInset) + gapBetweenItems;
+    return {width, itemInset + symbolSize + labelSpacing + fontMetrics().lineSpacing() + itemInset};
 }
 
 void SettingsToolbar::focusInEvent(QFocusEvent* event) {
@@ -102,11 +102,11 @@ void SettingsToolbar::paintEvent(QPaintEvent*) {
         }
         const std::string_view symbol = symbolName(*pane);
         const QColor tint = themeColor(isSelected ? ColorRole::accent : ColorRole::secondaryLabel, palette());
-        painter.drawPixmap(item.left() + (item.width() - symbolSize) / 2, item.top() + inset,
+        painter.drawPixmap(item.left() + (item.width() - symbolSize) / 2, item.top() + itemInset,
                            symbolPixmap(QString::fromUtf8(symbol.data(), static_cast<qsizetype>(symbol.size())),
                                         symbolSize, tint, devicePixelRatioF()));
         painter.setPen(themeColor(isSelected ? ColorRole::label : ColorRole::secondaryLabel, palette()));
-        painter.drawText(item.adjusted(0, inset + symbolSize + labelSpacing, 0, -inset),
+        painter.drawText(item.adjusted(0, itemInset + symbolSize + labelSpacing, 0, -itemInset),
                          Qt::AlignHCenter | Qt::AlignTop, tabText(index));
         if (isSelected && showsFocus_) {
             painter.setPen(QPen(themeColor(ColorRole::accent, palette()), focusWidth));

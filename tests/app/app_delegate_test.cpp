@@ -20,12 +20,12 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
-constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
-constexpr std::uint32_t controlOption = controlKey | optionKey;
-
 class AppDelegateTest : public testing::Test {
 protected:
+    static constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+    static constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
+    static constexpr std::uint32_t controlOption = controlKey | optionKey;
+
     /// Where the call stands in the desktop's log; the end if it was not made.
     std::ptrdiff_t position(const std::string& call) const {
         return std::ranges::find(desktop.log.calls(), call) - desktop.log.calls().begin();

@@ -18,6 +18,7 @@ using testing::ElementsAre;
 /// One line an item: its title, "-" for a separator.
 std::vector<std::string> titles(const std::vector<MenuItem>& items) {
     std::vector<std::string> result;
+    result.reserve(items.size());
     for (const MenuItem& item : items) {
         result.push_back(item.isSeparator ? "-" : item.title);
     }

@@ -20,11 +20,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
-constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
-
 class WindowManagerControllerTest : public testing::Test {
 protected:
+    static constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+    static constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
+
     /// This program, as the desktop sees it when one of its windows is in front.
     simulated::ApplicationRef ownApplication() {
         return std::make_shared<simulated::Application>(simulated::Desktop::ownProcess, "Brisk");

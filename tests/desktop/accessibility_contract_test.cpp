@@ -19,6 +19,7 @@ public:
 
     LaunchedApplication launchInFront(const std::vector<WindowRequest>& windows) override {
         std::vector<WindowDescription> descriptions;
+        descriptions.reserve(windows.size());
         for (const WindowRequest& request : windows) {
             descriptions.push_back(describe(request));
         }

@@ -68,11 +68,8 @@ TEST_P(VirtualDesktop, SurvivesItsWindowManager) {
     EXPECT_TRUE(waitUntil([&] { return desktop.isManaged(window); }));
 }
 
-std::string programName(const testing::TestParamInfo<WindowManager::Kind>& info) {
-    return WindowManager::programOf(info.param);
-}
-
-INSTANTIATE_TEST_SUITE_P(On, VirtualDesktop, testing::ValuesIn(WindowManager::kindsToTest()), programName);
+INSTANTIATE_TEST_SUITE_P(On, VirtualDesktop, testing::ValuesIn(WindowManager::kindsToTest()),
+                         [](const auto& kind) { return std::string(WindowManager::programOf(kind.param)); });
 
 TEST(VirtualServer, TellsClientsOfItsMonitors) {
     VirtualServer server({.width = 1600, .height = 600});

@@ -11,7 +11,7 @@ namespace brisk {
 namespace {
 
 constexpr CGRect usable{.origin = {0, 0}, .size = {1440, 875}};
-constexpr CGRect elsewhere{.origin = {333, 222}, .size = {555, 444}};
+constexpr CGRect notInTheCycle{.origin = {333, 222}, .size = {555, 444}};
 
 CustomWindowLayout custom(const char* id, const WindowGridSelection& selection, bool draggable) {
     return {.id = id, .name = id, .selection = selection, .isAvailableForDragging = draggable};
@@ -19,6 +19,7 @@ CustomWindowLayout custom(const char* id, const WindowGridSelection& selection, 
 
 std::vector<CommandIdentifier> identifiers(const std::vector<WindowDragTarget>& targets) {
     std::vector<CommandIdentifier> result;
+    result.reserve(targets.size());
     for (const WindowDragTarget& target : targets) {
         result.push_back(commandIdentifier(target));
     }
@@ -42,7 +43,7 @@ TEST(DragZones, AreWhatTheCommandsWouldDo) {
     const auto zones = buildZones(targets, usable, 0, leftHalf);
     ASSERT_EQ(zones.size(), 3U);
     EXPECT_EQ(zones[0].frame.width(), 960) << "a window in the left half is offered the cycle's next width";
-    EXPECT_EQ(zones[1].frame, layoutFrame(WindowLayout::center, usable, elsewhere, 0));
+    EXPECT_EQ(zones[1].frame, layoutFrame(WindowLayout::center, usable, notInTheCycle, 0));
     EXPECT_EQ(zones[2].frame, gridFrame({3, 2, 1, 0, 2, 1}, usable, 0));
 }
 
@@ -69,7 +70,7 @@ TEST(DragZones, SmallestZoneUnderThePointerWins) {
              Row{"no zones at all", {}, {100, 100}, std::nullopt},
          }) {
         SCOPED_TRACE(row.why);
-        EXPECT_EQ(targetAtPoint(buildZones(row.targets, usable, 0, elsewhere), row.point), row.expected);
+        EXPECT_EQ(targetAtPoint(buildZones(row.targets, usable, 0, notInTheCycle), row.point), row.expected);
     }
 }
 

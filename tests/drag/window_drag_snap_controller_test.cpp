@@ -19,9 +19,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr NSEventModifierFlags shift = NSEventModifierFlagShift;
-constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
-
 /// Writes down what it is told to show: the active identifier, "nothing active", or "hidden".
 class RecordingOverlay final : public WindowDragOverlay {
 public:
@@ -38,6 +35,9 @@ private:
 
 class WindowDragSnapControllerTest : public testing::Test {
 protected:
+    static constexpr NSEventModifierFlags shift = NSEventModifierFlagShift;
+    static constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+
     // The desktop's events, as a person makes them.
     void press() { send(NSEventType::leftMouseDown, 0); }
     void drag(NSEventModifierFlags flags, CGPoint by) {

@@ -10,7 +10,7 @@
 namespace brisk {
 namespace {
 
-constexpr CGRect display{.origin = {0, 0}, .size = {1440, 875}};
+constexpr CGRect laptopArea{.origin = {0, 0}, .size = {1440, 875}};
 
 TEST(GridSelection, NormalisationBringsEveryFieldIntoTheGrid) {
     constexpr auto huge = std::numeric_limits<std::int64_t>::max();
@@ -42,13 +42,13 @@ TEST(GridSelection, NormalisationBringsEveryFieldIntoTheGrid) {
 }
 
 TEST(GridSelection, FramesCountRowsFromTheTopAndSpanInnerGaps) {
-    const CGRect block = gridFrame({3, 2, 1, 0, 2, 1}, display, 10);
+    const CGRect block = gridFrame({3, 2, 1, 0, 2, 1}, laptopArea, 10);
     EXPECT_NEAR(block.minX(), 486.67, 0.01);
     EXPECT_NEAR(block.minY(), 442.5, 0.01);
     EXPECT_NEAR(block.width(), 943.33, 0.01);
     EXPECT_NEAR(block.height(), 422.5, 0.01);
 
-    const CGRect lowerLeft = gridFrame({3, 2, 0, 1, 1, 1}, display, 10);
+    const CGRect lowerLeft = gridFrame({3, 2, 0, 1, 1, 1}, laptopArea, 10);
     EXPECT_NEAR(lowerLeft.minX(), 10, 0.01);
     EXPECT_NEAR(lowerLeft.minY(), 10, 0.01);
     EXPECT_NEAR(lowerLeft.width(), 466.67, 0.01);
@@ -91,8 +91,8 @@ TEST(GridSelection, GapYieldsBeforeCellsVanish) {
     EXPECT_EQ(narrow.width(), 6) << "fewer points than columns: no gap and one point a cell, past the area";
     EXPECT_EQ(narrow.minX(), 0);
 
-    EXPECT_EQ(gridFrame({2, 1, 0, 0, 1, 1}, display, 100), gridFrame({2, 1, 0, 0, 1, 1}, display, maximumGap));
-    EXPECT_EQ(gridFrame({2, 1, 0, 0, 1, 1}, display, -5), gridFrame({2, 1, 0, 0, 1, 1}, display, 0));
+    EXPECT_EQ(gridFrame({2, 1, 0, 0, 1, 1}, laptopArea, 100), gridFrame({2, 1, 0, 0, 1, 1}, laptopArea, maximumGap));
+    EXPECT_EQ(gridFrame({2, 1, 0, 0, 1, 1}, laptopArea, -5), gridFrame({2, 1, 0, 0, 1, 1}, laptopArea, 0));
 }
 
 } // namespace

@@ -119,7 +119,7 @@ TEST_F(AutostartLoginItemTest, FailuresSayWhatAndWhere) {
 TEST(AutostartFolder, FollowsTheUsersConfigurationFolder) {
     const auto folderWith = [](const char* configHome) {
         setenv("XDG_CONFIG_HOME", configHome, 1);
-        const fs::path folder = autostartFolderOfUser();
+        fs::path folder = autostartFolderOfUser();
         unsetenv("XDG_CONFIG_HOME");
         return folder;
     };

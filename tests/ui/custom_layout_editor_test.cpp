@@ -27,8 +27,6 @@
 namespace brisk {
 namespace {
 
-constexpr NSEventModifierFlags controlOption = NSEventModifierFlagControl | NSEventModifierFlagOption;
-
 /// The dialog, while it is open, as a person sees it.
 class OpenDialog {
 public:

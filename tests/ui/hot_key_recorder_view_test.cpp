@@ -21,8 +21,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-constexpr NSEventModifierFlags controlOption = NSEventModifierFlagControl | NSEventModifierFlagOption;
-
 /// A dialog with a text field and a recorder, as the recorder's owners have it.
 class HotKeyRecorderViewTest : public testing::Test {
 protected:

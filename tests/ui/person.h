@@ -8,6 +8,9 @@
 
 namespace brisk {
 
+/// What the default shortcuts are pressed with.
+inline constexpr NSEventModifierFlags controlOption = NSEventModifierFlagControl | NSEventModifierFlagOption;
+
 /// Shows a window and makes it the active one, so that its widgets can have the focus.
 inline void showActive(QWidget& window) {
     window.show();

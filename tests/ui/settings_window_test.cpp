@@ -206,7 +206,6 @@ TEST_F(SettingsWindowTest, CustomLayoutsAreAddedAndEditedInADialog) {
 }
 
 TEST_F(SettingsWindowTest, ShortcutsAreRecordedRefusedAndCleared) {
-    constexpr NSEventModifierFlags controlOption = NSEventModifierFlagControl | NSEventModifierFlagOption;
     show(SettingsPane::windows);
     const auto binding = rig.store.settings.commandHotkeys.at("window.leftHalf");
     click("recorder.window.center");

@@ -13,17 +13,18 @@
 namespace brisk {
 namespace {
 
-using enum WindowActionResult;
 using testing::ElementsAre;
-
-// The display is 1440 × 900 with a menu bar of 25 points at its top: in accessibility coordinates the usable area
-// begins at y 25.
-constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
-constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
-constexpr CGRect whole{.origin = {0, 25}, .size = {1440, 875}};
 
 class WindowManagerTest : public testing::Test {
 protected:
+    using enum WindowActionResult;
+
+    // The display is 1440 × 900 with a menu bar of 25 points at its top: in accessibility coordinates the usable area
+    // begins at y 25.
+    static constexpr CGRect start{.origin = {100, 100}, .size = {640, 480}};
+    static constexpr CGRect leftHalf{.origin = {0, 25}, .size = {720, 875}};
+    static constexpr CGRect whole{.origin = {0, 25}, .size = {1440, 875}};
+
     simulated::Desktop desktop;
     simulated::ApplicationRef application = desktop.launchInFront("Editor", start);
     simulated::WindowRef window = application->windows.front();
