@@ -2,7 +2,10 @@
 
 #include <array>
 #include <chrono>
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -103,6 +106,52 @@ TEST_F(CommandFault, TheKeyboardChangesAllTheTime) {
     EXPECT_TRUE(comesTo(window, rightHalf)) << *desktop_.visibleFrame(window);
     press(Key::left);
     EXPECT_TRUE(comesTo(window, leftHalf)) << *desktop_.visibleFrame(window);
+}
+
+/// Another program holds one of the hot keys at the start.
+class HeldHotKey : public RunningProgram {
+protected:
+    std::string settingsFile() const {
+        std::ifstream file(server_.home().path() + "/data/brisk/native-settings.json");
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    /// By the keys alone: the toolbar comes first, then the gap's field and its stepper.
+    void stepGapInSettings() {
+        Process again({BRISK_PROGRAM_PATH}, server_.environment());
+        ASSERT_TRUE(focusedDialog()) << "the settings";
+        constexpr auto tab = static_cast<Key>(23);
+        for (const Key key : {Key::right, tab, tab, Key::up}) {
+            press(key, {});
+        }
+        ASSERT_TRUE(waitUntil([&] { return settingsFile().find("\"windowGap\": 1") != std::string::npos; }));
+    }
+
+    static constexpr std::uint16_t controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+};
+
+TEST_F(HeldHotKey, WorksOnceItIsFreeAndAnEditRegistersItAnew) {
+    startWindowManager();
+    auto holder = std::make_unique<DesktopConnection>(server_.display());
+    xcb_grab_key(holder->xcb(), 0, holder->root(), controlAlt, static_cast<xcb_keycode_t>(Key::right),
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    holder->synchronize();
+    start();
+    EXPECT_TRUE(waitUntil([&] { return program_->output().find("Failed to register") != std::string::npos; }));
+    const xcb_window_t window = openWindow();
+    press(Key::right);
+    press(Key::left);
+    EXPECT_TRUE(comesTo(window, leftHalf)) << "the others work";
+
+    stepGapInSettings();
+    EXPECT_TRUE(program_->isRunning()) << "an edit while it is held";
+    holder.reset();
+    ASSERT_TRUE(waitUntil([&] { return !isGrabbed(desktop_, Key::right, controlAlt); }));
+    press(Key::down, {});
+    ASSERT_TRUE(waitUntil([&] { return isGrabbed(desktop_, Key::right, controlAlt); }));
+    desktop_.requestActivation(window);
+    ASSERT_TRUE(waitUntil([&] { return desktop_.activeWindow() == window; }));
+    press(Key::right);
+    EXPECT_TRUE(comesTo(window, rightHalf)) << *desktop_.visibleFrame(window);
 }
 
 } // namespace

@@ -6,10 +6,10 @@
 
 #include <cstdlib>
 
-extern "C" int fsync(int descriptor) {
+extern "C" int fsync(int fd) {
     const char* const hold = std::getenv("BRISK_HELD_DISK");
     while (hold != nullptr && access(hold, F_OK) == 0) {
         usleep(1000);
     }
-    return static_cast<int>(syscall(SYS_fsync, descriptor));
+    return static_cast<int>(syscall(SYS_fsync, fd));
 }
