@@ -199,6 +199,7 @@ TEST_F(DragFault, TheKeyboardLayoutIsSwitched) {
     dragTo(300, 400);
     letGo();
     expectAllWellAgain();
+    putAt(window_, startFrame);
     takeByTitle(window_);
     pressShift();
     dragTo(300, 400);

@@ -47,8 +47,11 @@ std::optional<xcb_window_t> RunningProgram::focusedDialog() {
 }
 
 void RunningProgram::expectAnswersTheNextHotKey() {
+    // A layout that no other test asks for, and that is the same the second time: a command that the fault held back
+    // may still come.
+    constexpr PixelRect quarter{.x = 0, .y = 0, .width = 720, .height = 450};
     const xcb_window_t window = openWindow();
-    press(Key::left);
+    press(Key::u);
     EXPECT_TRUE(waitUntil([&] {
         client_.dispatchEvents();
         // Whatever it had to say of the fault: a press meanwhile is ignored.
@@ -56,9 +59,9 @@ void RunningProgram::expectAnswersTheNextHotKey() {
             closeDialogs();
             desktop_.requestActivation(window);
             EXPECT_TRUE(waitUntil([&] { return desktop_.activeWindow() == window; }));
-            press(Key::left);
+            press(Key::u);
         }
-        return desktop_.visibleFrame(window) == leftHalf;
+        return desktop_.visibleFrame(window) == quarter;
     })) << *desktop_.visibleFrame(window)
         << program_->errors();
     client_.close(window);

@@ -32,7 +32,7 @@ protected:
     std::vector<xcb_window_t> programWindows();
     /// The program's one dialog, once it has the focus; none when that does not happen.
     std::optional<xcb_window_t> focusedDialog();
-    /// Closes what the program has to say, and expects the left half of a new window at its hot key.
+    /// Closes what the program has to say, and expects a layout of a new window at its hot key.
     void expectAnswersTheNextHotKey();
     /// The frames of a window in the left and in the right half of the screen.
     static constexpr PixelRect leftHalf{.x = 0, .y = 0, .width = 720, .height = 900};
