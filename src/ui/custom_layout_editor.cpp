@@ -1,6 +1,7 @@
 #include "ui/custom_layout_editor.h"
 
 #include "settings/layout_editing.h"
+#include "ui/text_label.h"
 #include "ui/theme.h"
 #include "ui/window_grid_selection_view.h"
 
@@ -8,9 +9,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -29,39 +28,12 @@ constexpr QSize editorSize{520, 430};
 constexpr QSize gridViewSize{520, 220};
 constexpr int nameFieldWidth = 420;
 
-QLabel* makeFieldLabel(const QString& text) {
-    auto* const label = new QLabel(text);
-    label->setFont(themeFont(12, QFont::Medium));
-    label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+/// Also tells assistive technology what the field is for: it passes over a pop-up's own name.
+TextLabel* makeFieldLabel(const QString& text, QWidget* field) {
+    auto* const label = new TextLabel(text, {.pixelSize = 12, .weight = QFont::Medium, .isCompressible = false});
+    label->setBuddy(field);
     return label;
 }
-
-/// A label in the secondary colour, which follows light and dark.
-class SecondaryLabel final : public QLabel {
-public:
-    explicit SecondaryLabel(const QString& text = {}) : QLabel(text) {
-        setTextFormat(Qt::PlainText);
-        setFont(themeFont(11));
-        applyColor();
-    }
-
-protected:
-    void changeEvent(QEvent* event) override {
-        if (event->type() == QEvent::PaletteChange) {
-            applyColor();
-        }
-        QLabel::changeEvent(event);
-    }
-
-private:
-    void applyColor() {
-        const QColor color = themeColor(ColorRole::secondaryLabel, palette());
-        if (QPalette changed = palette(); changed.color(QPalette::WindowText) != color) {
-            changed.setColor(QPalette::WindowText, color);
-            setPalette(changed);
-        }
-    }
-};
 
 QComboBox* makeGridSizePopup(std::int64_t size, const QString& name) {
     auto* const popup = new QComboBox;
@@ -90,7 +62,8 @@ CustomWindowLayoutEditorView::CustomWindowLayoutEditorView(
       nameField_(new QLineEdit(QString::fromStdString(layout.name))),
       columnsPopup_(makeGridSizePopup(normalized(layout.selection).columns, tr("Columns"))),
       rowsPopup_(makeGridSizePopup(normalized(layout.selection).rows, tr("Rows"))),
-      selectionLabel_(new SecondaryLabel),
+      selectionLabel_(
+          new TextLabel({}, {.pixelSize = 11, .color = ColorRole::secondaryLabel, .alignment = Qt::AlignHCenter})),
       dragCheckbox_(new QCheckBox(tr("Available as a drag target"))),
       gridView_(new WindowGridSelectionView(layout.selection)),
       shortcutRecorder_(new HotKeyRecorderView(std::move(binding), services)) {
@@ -123,7 +96,6 @@ CustomWindowLayoutEditorView::CustomWindowLayoutEditorView(
     shortcutRecorder_->validationMessage = std::move(validationMessage);
     dragCheckbox_->setChecked(layout.isAvailableForDragging);
     dragCheckbox_->setFont(themeFont(12));
-    selectionLabel_->setAlignment(Qt::AlignCenter);
     gridView_->onSelectionChanged = [this](const WindowGridSelection& selected) {
         selectionLabel_->setText(QString::fromStdString(areaDescription(selected)));
     };
@@ -144,20 +116,20 @@ void CustomWindowLayoutEditorView::buildLayout() {
     gridView_->setFixedSize(gridViewSize);
     selectionLabel_->setFixedWidth(gridViewSize.width());
     auto* const helpText =
-        new SecondaryLabel(tr("Drag across the grid to select a rectangular target. The saved area is relative to "
-                              "whichever display contains the window. Hold Shift while moving a window to use enabled "
-                              "drag targets."));
-    helpText->setWordWrap(true);
-    helpText->setFixedWidth(gridViewSize.width());
+        new TextLabel(tr("Drag across the grid to select a rectangular target. The saved area is relative to whichever "
+                         "display contains the window. Hold Shift while moving a window to use enabled drag targets."),
+                      {.pixelSize = 11, .color = ColorRole::secondaryLabel, .maximumLines = 0});
+    helpText->setFixedSize(gridViewSize.width(), helpText->heightForWidth(gridViewSize.width()));
 
     auto* const main = new QVBoxLayout(this);
     main->setContentsMargins(0, 0, 0, 0);
     main->setSpacing(10);
-    main->addLayout(row(12, {makeFieldLabel(tr("Name")), nameField_}));
-    main->addLayout(row(8, {makeFieldLabel(tr("Columns")), columnsPopup_, makeFieldLabel(tr("Rows")), rowsPopup_}));
+    main->addLayout(row(12, {makeFieldLabel(tr("Name"), nameField_), nameField_}));
+    main->addLayout(row(8, {makeFieldLabel(tr("Columns"), columnsPopup_), columnsPopup_,
+                            makeFieldLabel(tr("Rows"), rowsPopup_), rowsPopup_}));
     main->addWidget(gridView_);
     main->addWidget(selectionLabel_);
-    main->addLayout(row(12, {makeFieldLabel(tr("Shortcut")), shortcutRecorder_}));
+    main->addLayout(row(12, {makeFieldLabel(tr("Shortcut"), shortcutRecorder_), shortcutRecorder_}));
     main->addWidget(dragCheckbox_);
     main->addWidget(helpText);
     main->addStretch();
@@ -203,10 +175,10 @@ bool editCustomLayout(SettingsStore& store, const HotKeyRecorderServices& servic
         services);
 
     auto* const message =
-        new QLabel(existing ? QObject::tr("Edit Custom Window Layout") : QObject::tr("Add Custom Window Layout"));
-    message->setFont(themeFont(13, QFont::Bold));
-    auto* const informative = new QLabel(QObject::tr("Choose the target area relative to the active display."));
-    informative->setFont(themeFont(11));
+        new TextLabel(existing ? QObject::tr("Edit Custom Window Layout") : QObject::tr("Add Custom Window Layout"),
+                      {.weight = QFont::Bold});
+    auto* const informative =
+        new TextLabel(QObject::tr("Choose the target area relative to the active display."), {.pixelSize = 11});
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     buttons->button(QDialogButtonBox::Save)->setText(QObject::tr("Save"));
     buttons->button(QDialogButtonBox::Save)->setDefault(true);

@@ -11,11 +11,11 @@
 
 class QCheckBox;
 class QComboBox;
-class QLabel;
 class QLineEdit;
 
 namespace brisk {
 
+class TextLabel;
 class WindowGridSelectionView;
 
 /// The form in which one custom layout is edited. It changes nothing by itself: what it holds is read when the user
@@ -41,7 +41,7 @@ private:
     QLineEdit* nameField_;
     QComboBox* columnsPopup_;
     QComboBox* rowsPopup_;
-    QLabel* selectionLabel_;
+    TextLabel* selectionLabel_;
     QCheckBox* dragCheckbox_;
     WindowGridSelectionView* gridView_;
     HotKeyRecorderView* shortcutRecorder_;

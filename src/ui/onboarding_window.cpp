@@ -6,6 +6,7 @@
 #include "ui/link_button.h"
 #include "ui/symbols.h"
 #include "ui/text_label.h"
+#include "ui/top_level_window.h"
 #include "ui/web_address.h"
 #include "ui/window_placement.h"
 
@@ -97,7 +98,7 @@ BriskOnboardingWindow::BriskOnboardingWindow(OnboardingWindowServices services, 
       guide_(std::make_shared<OnboardingGuide>(
           services_.accessibility, services_.mainQueue,
           OnboardingGuide::Callbacks{.onStepShown = [this] { showStep(); }, .onClose = [this] { window_->close(); }})),
-      window_(new QWidget),
+      window_(new TopLevelWindow),
       content_(new QWidget(window_.get())),
       stepPlace_(new QVBoxLayout),
       primaryButton_(new QPushButton(content_)),

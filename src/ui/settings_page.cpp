@@ -106,8 +106,8 @@ void SettingsSection::addRow(const SettingsRow& row, QWidget* accessory) {
     texts->addStretch(1);
     description->addLayout(texts, 1);
     line->addLayout(description, 1);
-    // Heard before the controls in it, whose own names do not tell the rows apart.
-    if (accessory->accessibleName().isEmpty()) {
+    // Heard before the controls in it, whose own names do not tell the rows apart. A text is heard as it is.
+    if (qobject_cast<QLabel*>(accessory) == nullptr && accessory->accessibleName().isEmpty()) {
         accessory->setAccessibleName(QString::fromStdString(row.title));
     }
     accessory->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

@@ -9,6 +9,7 @@
 #include "ui/settings_page.h"
 #include "ui/settings_toolbar.h"
 #include "ui/sync_pane.h"
+#include "ui/top_level_window.h"
 #include "ui/window_placement.h"
 #include "ui/windows_pane.h"
 
@@ -84,7 +85,7 @@ void returnTo(const PlaceInPane& place, QWidget& pane) {
 BriskSettingsWindowController::BriskSettingsWindowController(SettingsWindowServices services, Callbacks callbacks)
     : services_(std::move(services)),
       callbacks_(std::move(callbacks)),
-      window_(std::make_unique<QWidget>()),
+      window_(std::make_unique<TopLevelWindow>()),
       contentContainer_(new QWidget(window_.get())),
       toolbar_(new SettingsToolbar(window_.get())),
       windowGapField_(new WindowGapField(contentContainer_)),

@@ -217,6 +217,19 @@ TEST_F(CustomLayoutEditorTest, AGridOfOneShowsNoSizeUntilAnotherIsChosen) {
               (WindowGridSelection{.columns = 4, .rows = 2, .columnSpan = 4, .rowSpan = 2}));
 }
 
+TEST_F(CustomLayoutEditorTest, FieldsSayWhatTheyAreFor) {
+    edit(thirds, [](OpenDialog& dialog) {
+        const auto labelOf = [](QWidget& field) {
+            const auto related = QAccessible::queryAccessibleInterface(&field)->relations(QAccessible::Label);
+            return related.isEmpty() ? QString() : related.first().first->text(QAccessible::Name);
+        };
+        EXPECT_EQ(labelOf(dialog.name()), "Name");
+        EXPECT_EQ(labelOf(dialog.columns()), "Columns");
+        EXPECT_EQ(labelOf(dialog.rows()), "Rows");
+        EXPECT_EQ(labelOf(dialog.shortcut()), "Shortcut");
+    });
+}
+
 TEST_F(CustomLayoutEditorTest, TheGridWorksFromTheKeyboard) {
     edit(thirds, [](OpenDialog& dialog) {
         WindowGridSelectionView& grid = dialog.grid();

@@ -4,11 +4,11 @@
 #include "ui/about_view.h"
 #include "ui/person.h"
 #include "ui/settings_window_rig.h"
+#include "ui/text_label.h"
 
 #include <QAccessible>
 #include <QCheckBox>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSet>
@@ -367,6 +367,10 @@ TEST_F(SettingsWindowTest, EveryControlSpeaksAndIsReachedByKeyboard) {
     show(SettingsPane::windows);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(rig.control("remove.window.custom.id1"))->text(QAccessible::Name),
               "Remove, Layout 2");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&window())->role(), QAccessible::Window);
+    for (TextLabel* const text : window().findChildren<TextLabel*>()) {
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(text)->text(QAccessible::Name), text->text());
+    }
 }
 
 /// No widget leaves its parent or lies on its neighbour, and every control has the room it asks for.

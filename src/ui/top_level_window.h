@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QWidget>
+
+namespace brisk {
+
+/// A window of the program's own. Of a plain widget the toolkit tells assistive technology that it is some part of a
+/// window, even where it is the window itself, and screen readers then miss that one was opened.
+class TopLevelWindow final : public QWidget {
+public:
+    TopLevelWindow();
+};
+
+} // namespace brisk
