@@ -24,7 +24,7 @@ std::string HotKeyRecorder::title() const {
     case State::idle:
         break;
     }
-    return binding_ ? binding_->display : "Record Shortcut";
+    return binding_ ? binding_->display : emptyTitle;
 }
 
 HotKeyRecorder::Tint HotKeyRecorder::tint() const {

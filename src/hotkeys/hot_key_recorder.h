@@ -33,6 +33,9 @@ class HotKeyRecorder {
 public:
     enum class Tint { none, accent, red };
 
+    /// The title without a shortcut.
+    static constexpr const char* emptyTitle = "Record Shortcut";
+
     /// How long a refusal stays before the shortcut is shown again.
     static constexpr std::chrono::milliseconds refusalTime{1150};
 

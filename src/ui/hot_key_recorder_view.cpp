@@ -18,6 +18,8 @@ namespace {
 constexpr int controlHeight = 24;
 constexpr int minimumControlWidth = 88;
 constexpr int maximumControlWidth = 240;
+/// Some styles let the title touch the edges.
+constexpr int titleMargin = 10;
 
 /// Keeps the key that ended a recording, while it is still held, from meaning anything else: Escape repeated would
 /// close the window, and a shortcut of our own menus would be carried out. Goes when that key does: other keys, the
@@ -97,7 +99,13 @@ HotKeyRecorderView::~HotKeyRecorderView() {
 }
 
 QSize HotKeyRecorderView::sizeHint() const {
-    return {std::clamp(QPushButton::sizeHint().width(), minimumControlWidth, maximumControlWidth), controlHeight};
+    // The same for all ordinary titles: what is beside it should not move at a click, and rows should be in line.
+    const auto widthOf = [this](const QString& title) {
+        return fontMetrics().horizontalAdvance(title) + 2 * titleMargin;
+    };
+    const int wanted = std::max(
+        {QPushButton::sizeHint().width(), widthOf(text()), widthOf(QLatin1String(HotKeyRecorder::emptyTitle))});
+    return {std::clamp(wanted, minimumControlWidth, maximumControlWidth), controlHeight};
 }
 
 QSize HotKeyRecorderView::minimumSizeHint() const {
@@ -175,7 +183,10 @@ void HotKeyRecorderView::paintEvent(QPaintEvent*) {
     case HotKeyRecorder::Tint::none:
         break;
     }
-    QStylePainter(this).drawControl(QStyle::CE_PushButton, option);
+    QStylePainter painter(this);
+    // Keys stand in the order in which they are named, whatever way the user reads.
+    painter.setLayoutDirection(Qt::LeftToRight);
+    painter.drawControl(QStyle::CE_PushButton, option);
 }
 
 void HotKeyRecorderView::showRecorder() {

@@ -31,8 +31,6 @@ QFont keyFont() {
 
 KeyCap::KeyCap(QString text, QWidget* parent) : QWidget(parent), text_(std::move(text)) {
     setFont(keyFont());
-    // Keys stand in the order in which they are named, whatever way the user reads.
-    setLayoutDirection(Qt::LeftToRight);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(text_);
 }
@@ -50,6 +48,8 @@ void KeyCap::paintEvent(QPaintEvent*) {
     const double inset = borderWidth / 2;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), capRadius, capRadius);
     painter.setPen(themeColor(ColorRole::label, palette()));
+    // Keys stand in the order in which they are named, whatever way the user reads.
+    painter.setLayoutDirection(Qt::LeftToRight);
     // The space after the last letter is none of the text's.
     painter.drawText(QRectF(rect()).translated(letterSpacing / 2, 0), Qt::AlignCenter, text_);
 }

@@ -1,5 +1,6 @@
 #include "ui/settings_action_button.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brisk {
@@ -9,6 +10,10 @@ QPushButton* settingsActionButton(const QString& title, std::function<void()> ha
     button->setAccessibleName(accessibleName.isEmpty() ? title : accessibleName);
     // Return is no dialog's here.
     button->setAutoDefault(false);
+    // Some styles let the title touch the edges.
+    constexpr int titleMargin = 12;
+    const int titleWidth = button->fontMetrics().horizontalAdvance(title);
+    button->setMinimumWidth(std::max(button->sizeHint().width(), titleWidth + 2 * titleMargin));
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     QObject::connect(button, &QPushButton::clicked, button, std::move(handler));
     return button;

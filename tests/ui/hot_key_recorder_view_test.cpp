@@ -147,6 +147,17 @@ TEST_F(HotKeyRecorderViewTest, ALongRefusalKeepsItsPlace) {
     EXPECT_EQ(recorder->text(), "⌃⌥U");
 }
 
+TEST_F(HotKeyRecorderViewTest, LooksTheSameToWhoReadsFromTheRightAndWithoutAShortcut) {
+    const QImage picture = recorder->grab().toImage();
+    recorder->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(recorder->grab().toImage(), picture) << "keys stand in the order in which they are named";
+    const int width = recorder->sizeHint().width();
+    click();
+    EXPECT_EQ(recorder->sizeHint().width(), width);
+    pressKey(window, 51, 0, Qt::Key_Backspace);
+    EXPECT_EQ(recorder->sizeHint().width(), width) << "rows are in line";
+}
+
 TEST_F(HotKeyRecorderViewTest, WorksFromTheKeyboardAndSaysWhatItIs) {
     recorder->setFocus();
     QTest::keyClick(recorder, Qt::Key_Return);
