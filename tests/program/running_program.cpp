@@ -7,7 +7,9 @@ void RunningProgram::startWindowManager(WindowManager::Kind kind) {
 }
 
 void RunningProgram::start(const Environment& additions) {
-    server_.home().write("data/brisk/native-settings.json", settings_);
+    if (!settings_.empty()) {
+        server_.home().write("data/brisk/native-settings.json", settings_);
+    }
     Environment environment = additions;
     environment.merge(server_.environment());
     program_ = std::make_unique<Process>(std::vector<std::string>{BRISK_PROGRAM_PATH}, environment);

@@ -18,7 +18,8 @@
 
 namespace brisk::desktop {
 
-/// A desktop, the program on it, and a person in front of it. The person has been through the first-run guide.
+/// A desktop, the program on it, and a person in front of it. Unless told otherwise, the person has been
+/// through the first-run guide.
 class RunningProgram : public testing::Test {
 protected:
     void startWindowManager(WindowManager::Kind kind = WindowManager::Kind::openbox);
@@ -39,7 +40,7 @@ protected:
     static constexpr PixelRect rightHalf{.x = 720, .y = 0, .width = 720, .height = 900};
     bool comesTo(xcb_window_t window, const PixelRect& frame);
 
-    /// What the program finds in its settings file.
+    /// What the program finds in its settings file; empty for its first start, when there is none.
     std::string settings_ = R"({"hasCompletedOnboarding": true})";
     VirtualServer server_;
     DesktopConnection desktop_{server_.display()};

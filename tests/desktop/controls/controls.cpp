@@ -46,7 +46,6 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Extents& extents)
 }
 
 // Bits of the state set.
-constexpr unsigned checkedState = 4;
 constexpr unsigned focusableState = 11;
 constexpr unsigned showingState = 25;
 /// Coordinates of the screen, not of the window.
@@ -78,7 +77,7 @@ public:
         for (const Reference& program : children(registry)) {
             // It is neither shown nor hidden itself.
             for (const Reference& window : children(program)) {
-                if (visitFrom(window, {}, visit)) {
+                if (visitFrom(window, nullptr, visit)) {
                     return;
                 }
             }
@@ -100,29 +99,29 @@ private:
         return address.value();
     }
 
-    bool visitFrom(const Reference& object, const std::string& group,
+    /// Without `parent` the object is a window.
+    bool visitFrom(const Reference& object, const Control* parent,
                    const std::function<bool(const Control&)>& visit) const {
         const auto state = ask<QList<uint>>(object, accessibleInterface, QStringLiteral("GetState"));
         const auto has = [&state](unsigned bit) { return !state.isEmpty() && (state.first() >> bit & 1U) != 0; };
         if (!has(showingState)) {
             return false;
         }
-        const Control control{
-            .role = ask<QString>(object, accessibleInterface, QStringLiteral("GetRoleName")).toStdString(),
-            .name = text(object, QStringLiteral("Name")),
-            .description = text(object, QStringLiteral("Description")),
-            .group = group,
-            .place = ask<Extents>(object, QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GetExtents"),
-                                  {onScreen})
-                         .rect,
-            .isFocusable = has(focusableState),
-            .isChecked = has(checkedState)};
+        Control control{.role = ask<QString>(object, accessibleInterface, QStringLiteral("GetRoleName")).toStdString(),
+                        .name = text(object, QStringLiteral("Name")),
+                        .description = text(object, QStringLiteral("Description")),
+                        .place = ask<Extents>(object, QStringLiteral("org.a11y.atspi.Component"),
+                                              QStringLiteral("GetExtents"), {onScreen})
+                                     .rect,
+                        .isFocusable = has(focusableState)};
+        control.group = parent != nullptr ? parent->name : std::string();
+        control.window = parent != nullptr ? parent->window : control.name;
         if (visit(control)) {
             return true;
         }
         const QList<Reference> below = children(object);
         return std::any_of(below.begin(), below.end(),
-                           [&](const Reference& child) { return visitFrom(child, control.name, visit); });
+                           [&](const Reference& child) { return visitFrom(child, &control, visit); });
     }
 
     std::string text(const Reference& object, const QString& property) const {

@@ -19,10 +19,11 @@ struct Control {
     std::string description;
     /// The name of what it is in: rows of a list tell their controls apart by it.
     std::string group;
+    /// The title of its window.
+    std::string window;
     /// On the screen.
     PixelRect place;
     bool isFocusable = false;
-    bool isChecked = false;
 };
 
 /// A session bus with the desktop's accessibility service on it, over which programs show their controls: so they are

@@ -33,8 +33,10 @@ Control User::control(const std::string& role, const std::string& name, const st
     std::optional<Control> found;
     await(
         [&] {
+            const std::string window = titleOf(desktop_, desktop_.activeWindow());
             found = controls_.find([&](const Control& control) {
-                return control.role == role && control.name == name && (group.empty() || control.group == group);
+                return control.window == window && control.role == role && control.name == name &&
+                       (group.empty() || control.group == group);
             });
             return found.has_value();
         },

@@ -18,7 +18,7 @@ public:
 
     void await(const std::function<bool()>& condition, const std::string& what) const;
 
-    /// The first control of that role and name, in the group of that name if one is given.
+    /// The active window's first control of that role and name, in the group of that name if one is given.
     Control control(const std::string& role, const std::string& name, const std::string& group = {});
     void click(const std::string& role, const std::string& name, const std::string& group = {});
     /// Turns the wheel until the active window shows a control that is further down in it.
