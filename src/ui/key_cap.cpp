@@ -6,7 +6,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <utility>
 
 namespace brisk {
 
@@ -29,14 +28,14 @@ QFont keyFont() {
 
 } // namespace
 
-KeyCap::KeyCap(QString text, QWidget* parent) : QWidget(parent), text_(std::move(text)) {
+KeyCap::KeyCap(const QString& text, QWidget* parent) : QLabel(text, parent) {
     setFont(keyFont());
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAccessibleName(text_);
+    setTextFormat(Qt::PlainText);
 }
 
 QSize KeyCap::sizeHint() const {
-    const int textWidth = fontMetrics().horizontalAdvance(text_) + 2 * smallestTextMargin;
+    const int textWidth = fontMetrics().horizontalAdvance(text()) + 2 * smallestTextMargin;
     return {std::max(keySize.width(), textWidth), keySize.height()};
 }
 
@@ -51,7 +50,7 @@ void KeyCap::paintEvent(QPaintEvent*) {
     // Keys stand in the order in which they are named, whatever way the user reads.
     painter.setLayoutDirection(Qt::LeftToRight);
     // The space after the last letter is none of the text's.
-    painter.drawText(QRectF(rect()).translated(letterSpacing / 2, 0), Qt::AlignCenter, text_);
+    painter.drawText(QRectF(rect()).translated(letterSpacing / 2, 0), Qt::AlignCenter, text());
 }
 
 } // namespace brisk

@@ -1,23 +1,20 @@
 #pragma once
 
-#include <QWidget>
+#include <QLabel>
 
 namespace brisk {
 
 /// A shortcut as its keys are printed on a keyboard. Wider than a key where the text needs it.
-class KeyCap final : public QWidget {
+class KeyCap final : public QLabel {
     Q_OBJECT
 
 public:
-    explicit KeyCap(QString text, QWidget* parent = nullptr);
+    explicit KeyCap(const QString& text, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    QString text_;
 };
 
 } // namespace brisk
