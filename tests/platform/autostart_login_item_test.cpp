@@ -33,7 +33,7 @@ TEST(DesktopEntry, ExecSurvivesTheWayThroughTheFile) {
         EXPECT_EQ(parseDesktopEntry("[Desktop Entry]\nTryExec=" + escapedString(row.path) + "\n").at("TryExec"),
                   row.path);
     }
-    EXPECT_EQ(parseDesktopEntry("[Desktop Entry]\nA=" + escapedString("  b") + "\n").at("A"), "  b");
+    EXPECT_EQ(parseDesktopEntry("[Desktop Entry]\nA=" + escapedString("  b  ") + "\n").at("A"), "  b  ");
 }
 
 TEST(DesktopEntry, OnlyItsOwnGroupCounts) {

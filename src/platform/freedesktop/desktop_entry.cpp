@@ -62,13 +62,14 @@ std::map<std::string, std::string, std::less<>> parseDesktopEntry(std::string_vi
 
 std::string escapedString(std::string_view text) {
     std::string value;
-    for (const char character : text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char character = text[i];
         const auto* const escape = std::ranges::find(escapes, character, &std::pair<char, char>::second);
         if (escape != escapes.end()) {
             value += '\\';
             value += escape->first;
-        } else if (character == ' ' && value.empty()) {
-            // Written plainly it would be taken for the space around the equals sign.
+        } else if (character == ' ' && (i == 0 || i + 1 == text.size())) {
+            // Written plainly it would be taken for the space around the equals sign, or at the end of the line.
             value += "\\s";
         } else {
             value += character;

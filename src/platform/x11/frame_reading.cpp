@@ -12,20 +12,31 @@ constexpr std::uint32_t maximumAtoms = 128;
 /// Wider than any decoration or shadow. What claims more is broken or hostile, and is taken for none.
 constexpr std::uint32_t maximumExtent = 1024;
 
-Extents takeExtents(const PropertyRequest& request) {
-    const auto words = request.takeWords(XCB_ATOM_CARDINAL, 4);
-    if (!words || *std::max_element(words->begin(), words->end()) > maximumExtent) {
+bool contains(const std::vector<std::uint32_t>& atoms, xcb_atom_t atom) {
+    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
+}
+
+} // namespace
+
+Extents extentsIn(const std::optional<std::vector<std::uint32_t>>& words) {
+    if (!words || words->size() < 4 || *std::max_element(words->begin(), words->begin() + 4) > maximumExtent) {
         return {};
     }
     const auto pixels = [&](std::size_t index) { return static_cast<int>((*words)[index]); };
     return {.left = pixels(0), .right = pixels(1), .top = pixels(2), .bottom = pixels(3)};
 }
 
-bool contains(const std::vector<std::uint32_t>& atoms, xcb_atom_t atom) {
-    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
+Extents believableShadow(const Extents& shadow, const PixelRect& client) {
+    const bool fits = shadow.left + shadow.right < client.width && shadow.top + shadow.bottom < client.height;
+    return fits ? shadow : Extents{};
 }
 
-} // namespace
+PixelRect frameAround(const PixelRect& client, const Extents& decoration, const Extents& shadow) {
+    return {.x = client.x - decoration.left + shadow.left,
+            .y = client.y - decoration.top + shadow.top,
+            .width = client.width + decoration.left + decoration.right - shadow.left - shadow.right,
+            .height = client.height + decoration.top + decoration.bottom - shadow.top - shadow.bottom};
+}
 
 FrameRequest::FrameRequest(Connection& connection, const Atoms& atoms, xcb_window_t window)
     : connection_(connection),
@@ -41,24 +52,17 @@ std::optional<FrameReading> FrameRequest::take() const {
     const Reply<xcb_translate_coordinates_reply_t> position{
         xcb_translate_coordinates_reply(connection_.xcb(), position_, nullptr)};
     const Reply<xcb_get_geometry_reply_t> geometry{xcb_get_geometry_reply(connection_.xcb(), geometry_, nullptr)};
-    FrameReading reading{.decoration = takeExtents(decoration_), .shadow = takeExtents(shadow_)};
+    const auto decoration = decoration_.takeWords(XCB_ATOM_CARDINAL);
+    const auto shadow = shadow_.takeWords(XCB_ATOM_CARDINAL);
     const auto state = state_.takeWords(XCB_ATOM_ATOM).value_or(std::vector<std::uint32_t>{});
     const auto allowedActions = allowedActions_.takeWords(XCB_ATOM_ATOM);
     if (!position || !geometry) {
         return std::nullopt;
     }
-    if (reading.shadow.left + reading.shadow.right >= geometry->width ||
-        reading.shadow.top + reading.shadow.bottom >= geometry->height) {
-        reading.shadow = {};
-    }
-    const Extents& decoration = reading.decoration;
-    const Extents& shadow = reading.shadow;
-    reading.frame = {
-        .x = position->dst_x - decoration.left + shadow.left,
-        .y = position->dst_y - decoration.top + shadow.top,
-        .width = geometry->width + decoration.left + decoration.right - shadow.left - shadow.right,
-        .height = geometry->height + decoration.top + decoration.bottom - shadow.top - shadow.bottom,
-    };
+    const PixelRect client{
+        .x = position->dst_x, .y = position->dst_y, .width = geometry->width, .height = geometry->height};
+    FrameReading reading{.decoration = extentsIn(decoration), .shadow = believableShadow(extentsIn(shadow), client)};
+    reading.frame = frameAround(client, reading.decoration, reading.shadow);
     reading.isMaximizedVertically = contains(state, atoms_.netWindowStateMaximizedVertically);
     reading.isMaximizedHorizontally = contains(state, atoms_.netWindowStateMaximizedHorizontally);
     reading.isFullscreen = contains(state, atoms_.netWindowStateFullscreen);

@@ -5,7 +5,9 @@
 #include "platform/x11/pixel_rect.h"
 #include "platform/x11/properties.h"
 
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace brisk::x11 {
 
@@ -17,6 +19,15 @@ struct Extents {
     int bottom = 0;
     friend bool operator==(const Extents&, const Extents&) = default;
 };
+
+/// What a property of extents says (left, right, top, bottom): none where a number is missing or beyond belief.
+Extents extentsIn(const std::optional<std::vector<std::uint32_t>>& words);
+
+/// What of a shadow the client's rectangle can have inside itself: all of it, or it is not believed at all.
+Extents believableShadow(const Extents& shadow, const PixelRect& client);
+
+/// The visible outer frame of a client's rectangle.
+PixelRect frameAround(const PixelRect& client, const Extents& decoration, const Extents& shadow);
 
 /// A window's place and what it bears on moving it, all from one moment.
 struct FrameReading {

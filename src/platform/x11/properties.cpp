@@ -22,6 +22,22 @@ std::string utf8FromLatin1(const std::string& text) {
 
 } // namespace
 
+std::optional<std::vector<std::uint32_t>> wordsIn(const xcb_get_property_reply_t& property, xcb_atom_t type) {
+    if (property.type != type || property.format != 32) {
+        return std::nullopt;
+    }
+    const auto* words = static_cast<const std::uint32_t*>(xcb_get_property_value(&property));
+    return std::vector<std::uint32_t>{words, words + property.value_len};
+}
+
+std::optional<std::string> textIn(const xcb_get_property_reply_t& property, xcb_atom_t utf8String) {
+    if (property.format != 8 || (property.type != utf8String && property.type != XCB_ATOM_STRING)) {
+        return std::nullopt;
+    }
+    std::string text{static_cast<const char*>(xcb_get_property_value(&property)), property.value_len};
+    return property.type == utf8String ? text : utf8FromLatin1(text);
+}
+
 PropertyRequest::PropertyRequest(Connection& connection, xcb_window_t window, xcb_atom_t property,
                                  std::uint32_t maximumWords)
     : connection_(connection),
@@ -29,11 +45,7 @@ PropertyRequest::PropertyRequest(Connection& connection, xcb_window_t window, xc
 
 std::optional<std::vector<std::uint32_t>> PropertyRequest::takeWords(xcb_atom_t type) const {
     const Reply<xcb_get_property_reply_t> reply{xcb_get_property_reply(connection_.xcb(), cookie_, nullptr)};
-    if (!reply || reply->type != type || reply->format != 32) {
-        return std::nullopt;
-    }
-    const auto* words = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return std::vector<std::uint32_t>{words, words + reply->value_len};
+    return reply ? wordsIn(*reply, type) : std::nullopt;
 }
 
 std::optional<std::vector<std::uint32_t>> PropertyRequest::takeWords(xcb_atom_t type, std::size_t count) const {
@@ -47,11 +59,7 @@ std::optional<std::vector<std::uint32_t>> PropertyRequest::takeWords(xcb_atom_t 
 
 std::optional<std::string> PropertyRequest::takeText(xcb_atom_t utf8String) const {
     const Reply<xcb_get_property_reply_t> reply{xcb_get_property_reply(connection_.xcb(), cookie_, nullptr)};
-    if (!reply || reply->format != 8 || (reply->type != utf8String && reply->type != XCB_ATOM_STRING)) {
-        return std::nullopt;
-    }
-    std::string text{static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
-    return reply->type == utf8String ? text : utf8FromLatin1(text);
+    return reply ? textIn(*reply, utf8String) : std::nullopt;
 }
 
 } // namespace brisk::x11

@@ -1,6 +1,7 @@
 #include "platform/x11/strut.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace brisk::x11 {
 
@@ -14,6 +15,20 @@ int pixels(std::uint32_t value) {
 }
 
 } // namespace
+
+std::optional<Strut> strutIn(const std::optional<std::vector<std::uint32_t>>& partial,
+                             const std::optional<std::vector<std::uint32_t>>& plain) {
+    if (partial && partial->size() >= Strut{}.size()) {
+        Strut strut{};
+        std::copy_n(partial->begin(), strut.size(), strut.begin());
+        return strut;
+    }
+    if (plain && plain->size() >= 4) {
+        constexpr std::uint32_t end = std::numeric_limits<std::uint32_t>::max();
+        return Strut{(*plain)[0], (*plain)[1], (*plain)[2], (*plain)[3], 0, end, 0, end, 0, end, 0, end};
+    }
+    return std::nullopt;
+}
 
 PixelRect areaBeside(const Strut& strut, PixelRect area, PixelRect root) {
     enum Edge : std::size_t { left, right, top, bottom };

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <climits>
 #include <limits>
@@ -45,7 +44,8 @@ std::optional<ProcessIdentifier> takeOwner(Connection& connection,
     return std::nullopt;
 }
 
-/// WM_CLASS is two strings, instance and class, each with a zero byte after it.
+} // namespace
+
 std::string classIn(const std::string& property) {
     const auto instanceEnd = property.find('\0');
     if (instanceEnd == std::string::npos) {
@@ -54,8 +54,6 @@ std::string classIn(const std::string& property) {
     const auto classEnd = property.find('\0', instanceEnd + 1);
     return property.substr(instanceEnd + 1, classEnd == std::string::npos ? classEnd : classEnd - instanceEnd - 1);
 }
-
-} // namespace
 
 DescriptionRequest::DescriptionRequest(Connection& connection, const Atoms& atoms, xcb_window_t window)
     : connection_(connection),
@@ -73,8 +71,8 @@ bool DescriptionRequest::take(Window& window) {
     window.process = takeProcess(window.id);
     window.windowClass = classIn(class_.takeText(atoms_.utf8String).value_or(std::string{}));
     const auto types = type_.takeWords(XCB_ATOM_ATOM).value_or(std::vector<std::uint32_t>{});
-    const auto strut = strut_.takeWords(XCB_ATOM_CARDINAL, 4);
-    const auto strutPartial = strutPartial_.takeWords(XCB_ATOM_CARDINAL, 12);
+    const auto strut = strut_.takeWords(XCB_ATOM_CARDINAL);
+    const auto strutPartial = strutPartial_.takeWords(XCB_ATOM_CARDINAL);
     if (!attributes) {
         return false;
     }
@@ -84,13 +82,7 @@ bool DescriptionRequest::take(Window& window) {
     const bool isPartOfDesktop =
         !types.empty() && (types.front() == atoms_.netWindowTypeDesktop || types.front() == atoms_.netWindowTypeDock);
     window.isFocusable = attributes->override_redirect == 0 && !isPartOfDesktop;
-    window.strut.reset();
-    if (strutPartial) {
-        std::copy(strutPartial->begin(), strutPartial->end(), window.strut.emplace().begin());
-    } else if (strut) {
-        constexpr std::uint32_t end = std::numeric_limits<std::uint32_t>::max();
-        window.strut = Strut{(*strut)[0], (*strut)[1], (*strut)[2], (*strut)[3], 0, end, 0, end, 0, end, 0, end};
-    }
+    window.strut = strutIn(strutPartial, strut);
     return true;
 }
 

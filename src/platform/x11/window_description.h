@@ -8,8 +8,13 @@
 #include <xcb/res.h>
 
 #include <optional>
+#include <string>
 
 namespace brisk::x11 {
+
+/// The class in the property WM_CLASS: two strings, instance and class, each with a zero byte after it. Empty where
+/// there is none.
+std::string classIn(const std::string& property);
 
 /// What is asked about a window when it is first seen: all questions are sent at once, for many windows together, and
 /// the answers taken afterwards, so that a desktop full of windows costs one round trip.
