@@ -135,7 +135,6 @@ int main(int, char** argv) {
         DesktopServices{.accessibility = desktop->accessibility(),
                         .workspace = desktop->workspace(),
                         .hotKeys = desktop->hotKeys(),
-                        .keyInput = desktop->keyInput(),
                         .eventMonitor = desktop->eventMonitor(),
                         .mainQueue = mainQueue,
                         .wallClock = wallClock},

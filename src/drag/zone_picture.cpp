@@ -11,7 +11,7 @@ struct Label {
     std::string operator()(const CustomWindowLayout& layout) const { return "Custom · " + layout.name; }
 };
 
-/// A display too small for its gap gives negative sizes, which cover nothing.
+/// A display too small for the gap gives zones of negative size, which cover nothing.
 double coveredArea(const ZonePicture& picture) {
     return std::max(picture.frame.width(), 0.0) * std::max(picture.frame.height(), 0.0);
 }

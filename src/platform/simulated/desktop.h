@@ -33,9 +33,7 @@ public:
     ApplicationRef launchInFront(std::optional<std::string> name, const CGRect& frame);
 
     /// All of it, as the program takes it.
-    DesktopServices services() {
-        return {accessibility, workspace, hotKeys, keyInput, eventMonitor, mainQueue, wallClock};
-    }
+    DesktopServices services() { return {accessibility, workspace, hotKeys, eventMonitor, mainQueue, wallClock}; }
 
     /// Declared first: the services record into it and read the applications.
     CallLog log;
