@@ -54,7 +54,6 @@ TEST(ApplicationIcon, IsLookedForInOrder) {
 TEST(ApplicationIcon, HasADrawingForEverySizeItIsShownAt) {
     const QIcon icon = applicationIcon(Qt::red);
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
-        EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size))) << size;
         const QImage image = icon.pixmap(size, size).toImage();
         EXPECT_EQ(image.size(), QSize(size, size));
         EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0) << "the field's corners are round";
