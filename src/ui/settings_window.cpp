@@ -148,10 +148,21 @@ void BriskSettingsWindowController::show(SettingsPane pane) {
 }
 
 bool BriskSettingsWindowController::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == window_.get() && event->type() == QEvent::Close && callbacks_.onClose) {
-        callbacks_.onClose();
+    if (watched == window_.get() && event->type() == QEvent::Close) {
+        // Once it is hidden.
+        QMetaObject::invokeMethod(this, &BriskSettingsWindowController::giveBackPicture, Qt::QueuedConnection);
+        if (callbacks_.onClose) {
+            callbacks_.onClose();
+        }
     }
     return QObject::eventFilter(watched, event);
+}
+
+/// Hidden, the window would keep the picture it was shown by, and hidden is what it mostly is.
+void BriskSettingsWindowController::giveBackPicture() {
+    if (!window_->isVisible()) {
+        window_->destroy();
+    }
 }
 
 void BriskSettingsWindowController::select(SettingsPane pane) {

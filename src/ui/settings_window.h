@@ -10,6 +10,7 @@
 #include "platform/pasteboard.h"
 #include "settings/settings_store.h"
 #include "ui/hot_key_recorder_view.h"
+#include "ui/top_level_window.h"
 #include "ui/window_gap_controls.h"
 
 #include <QObject>
@@ -57,6 +58,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void giveBackPicture();
     void select(SettingsPane pane);
     QWidget* buildPane(SettingsPane pane);
     QWidget* buildGeneralPane();
@@ -78,7 +80,7 @@ private:
     SettingsWindowServices services_;
     Callbacks callbacks_;
     SettingsPaneSelection selection_;
-    std::unique_ptr<QWidget> window_;
+    std::unique_ptr<TopLevelWindow> window_;
     QWidget* contentContainer_;
     SettingsToolbar* toolbar_;
     /// Kept through every rebuild of the pane they are in.

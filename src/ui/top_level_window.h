@@ -9,6 +9,9 @@ namespace brisk {
 class TopLevelWindow final : public QWidget {
 public:
     TopLevelWindow();
+
+    /// Gives the native window and its picture back; showing makes new ones.
+    using QWidget::destroy;
 };
 
 } // namespace brisk
