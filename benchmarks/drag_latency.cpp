@@ -73,23 +73,24 @@ public:
         }
         server_.home().write("data/brisk/native-settings.json", settings(hasZones));
         brisk_.emplace(std::vector<std::string>{program}, server_.environment(), SIGTERM);
+        measured_ = &*brisk_;
         await([this] { return isGrabbed(desktop_, Key::left, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1); }, program);
-        const xcb_window_t window = client_.open({.client = {.x = 300, .y = 300, .width = 800, .height = 600}});
-        await([&] { return desktop_.isManaged(window) && desktop_.activeWindow() == window; }, "the window");
+        window_ = client_.open({.client = {.x = 300, .y = 300, .width = 800, .height = 600}});
+        await([&] { return desktop_.isManaged(window_) && desktop_.activeWindow() == window_; }, "the window");
         // A hot key that works tells that the program has started to the end.
         keyboard_.press(Key::left, {Key::leftControl, Key::leftAlt});
-        await([&] { return desktop_.visibleFrame(window)->height == screenSize.height; }, "the hot key");
+        await([&] { return desktop_.visibleFrame(window_)->height == screenSize.height; }, "the hot key");
         // Half a display that moves takes the server longer to draw than the zones do.
         keyboard_.press(Key::u, {Key::leftControl, Key::leftAlt});
-        await([&] { return desktop_.visibleFrame(window)->height < screenSize.height; }, "the quarter");
+        await([&] { return desktop_.visibleFrame(window_)->height < screenSize.height; }, "the quarter");
 
-        const auto frame = *desktop_.visibleFrame(window);
+        const auto frame = *desktop_.visibleFrame(window_);
         pointer_.moveTo(frame.x + frame.width / 2, frame.y + 8);
         pointer_.down();
         await(
             [&] {
                 pointer_.moveBy(2, 2);
-                return desktop_.visibleFrame(window)->x > frame.x + 20;
+                return desktop_.visibleFrame(window_)->x > frame.x + 20;
             },
             "the window's move");
         keyboard_.down(Key::leftShift);
@@ -121,8 +122,13 @@ public:
         return result;
     }
 
-    /// Per cent of one processor core that the product takes while the pointer reports its way across the zones at that
-    /// rate.
+    /// Lets a program that only follows the drag be the one whose load is measured.
+    void follow(const std::string& follower) {
+        follower_.emplace(std::vector<std::string>{follower, std::to_string(window_)}, server_.environment());
+        measured_ = &*follower_;
+    }
+
+    /// Per cent of one processor core that is taken while the pointer reports its way across the zones at that rate.
     double measureLoad(int motionsPerSecond) {
         constexpr int pixelsPerSecond = 2000;
         constexpr std::chrono::seconds duration(3);
@@ -231,8 +237,8 @@ private:
     double processorSeconds() const {
         clockid_t clock{};
         timespec time{};
-        if (clock_getcpuclockid(brisk_->id(), &clock) != 0 || clock_gettime(clock, &time) != 0) {
-            throw std::runtime_error("the product's processor time cannot be read");
+        if (clock_getcpuclockid(measured_->id(), &clock) != 0 || clock_gettime(clock, &time) != 0) {
+            throw std::runtime_error("the processor time cannot be read");
         }
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
     }
@@ -245,9 +251,16 @@ private:
     TestClient client_{server_.display()};
     std::optional<Process> compositor_;
     std::optional<Process> brisk_;
+    std::optional<Process> follower_;
+    const Process* measured_ = nullptr;
+    xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_window_t overlay_ = XCB_WINDOW_NONE;
     int damageEvent_ = 0;
 };
+
+void printLoad(DragScene& scene) {
+    std::cout << std::setw(9) << scene.measureLoad(125) << std::setw(9) << scene.measureLoad(1000) << std::endl;
+}
 
 void measure(const std::string& program, const std::string& name, DragScene::Compositor compositor, bool hasZones) {
     DragScene scene(program, compositor, hasZones);
@@ -261,14 +274,22 @@ void measure(const std::string& program, const std::string& name, DragScene::Com
     } else {
         std::cout << std::setw(27) << "";
     }
-    std::cout << std::setw(9) << scene.measureLoad(125) << std::setw(9) << scene.measureLoad(1000) << std::endl;
+    printLoad(scene);
+}
+
+/// The floor: what a program takes that follows the same drag and shows nothing.
+void measureFollower(const std::string& program, const std::string& follower) {
+    DragScene scene(program, DragScene::Compositor::none, false);
+    scene.follow(follower);
+    std::cout << std::left << std::setw(22) << "minimal follower" << std::right << std::setw(27) << "";
+    printLoad(scene);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "usage: drag_latency <brisk>\n";
+    if (argc != 3) {
+        std::cerr << "usage: drag_latency <brisk> <minimal follower>\n";
         return EXIT_FAILURE;
     }
     try {
@@ -283,6 +304,7 @@ int main(int argc, char** argv) {
             measure(argv[1], "picom", picom, true);
         }
         measure(argv[1], "no zone enabled", none, false);
+        measureFollower(argv[1], argv[2]);
     } catch (const std::exception& failure) {
         std::cerr << "drag_latency: " << failure.what() << '\n';
         return EXIT_FAILURE;

@@ -57,12 +57,26 @@ public:
         start({"minimal daemon", {Key::digit1, Key::digit2}, {}}, {program, message(halves[0]), message(halves[1])});
     }
 
-    void startHotKeyDaemon() {
+    void startSxhkd() {
         const auto line = [this](const char* key, const PixelRect& half) {
             return std::string("ctrl + alt + ") + key + "\n    wmctrl -r :ACTIVE: -e 0," + message(half) + "\n";
         };
         const std::string configuration = server_.home().write("sxhkdrc", line("3", halves[0]) + line("4", halves[1]));
         start({"sxhkd + wmctrl", {Key::digit3, Key::digit4}, {}}, {"sxhkd", "-c", configuration});
+    }
+
+    void startXbindkeys() {
+        const auto lines = [this](const char* key, const PixelRect& half) {
+            const PixelRect client = clientArea(half);
+            std::ostringstream text;
+            text << "\"xdotool getactivewindow windowsize " << client.width << ' ' << client.height << " windowmove "
+                 << half.x << ' ' << half.y << "\"\n    control+alt + " << key << '\n';
+            return text.str();
+        };
+        const std::string configuration =
+            server_.home().write("xbindkeysrc", lines("5", halves[0]) + lines("6", halves[1]));
+        start({"xbindkeys + xdotool", {Key::digit5, Key::digit6}, {}},
+              {"xbindkeys", "--nodaemon", "-f", configuration});
     }
 
     /// Lets the first `count` peers take turns, each starting a round once in `count` rounds, so that each meets the
@@ -82,15 +96,17 @@ public:
         }
     }
 
+    void measureLast(std::size_t presses) { measure(peers_.size() - 1, 1, presses); }
+
     void print() const {
         const double reference = quantile(peers_.front().milliseconds, 0.5);
         std::cout << "Key press to final ConfigureNotify under openbox, milliseconds\n"
-                  << std::left << std::setw(18) << "" << std::right << std::setw(8) << "presses" << std::setw(9)
+                  << std::left << std::setw(20) << "" << std::right << std::setw(8) << "presses" << std::setw(9)
                   << "median" << std::setw(9) << "p95" << std::setw(9) << "max" << std::setw(8) << "ratio" << '\n'
                   << std::fixed;
         for (const Peer& peer : peers_) {
             const double median = quantile(peer.milliseconds, 0.5);
-            std::cout << std::left << std::setw(18) << peer.name << std::right << std::setw(8)
+            std::cout << std::left << std::setw(20) << peer.name << std::right << std::setw(8)
                       << peer.milliseconds.size() << std::setprecision(2) << std::setw(9) << median << std::setw(9)
                       << quantile(peer.milliseconds, 0.95) << std::setw(9) << quantile(peer.milliseconds, 1)
                       << std::setw(8) << median / reference << '\n';
@@ -207,8 +223,12 @@ int main(int argc, char** argv) {
         benchmark.startBrisk(argv[2]);
         benchmark.measure(0, 2, 500);
         if (isInstalled("sxhkd") && isInstalled("wmctrl")) {
-            benchmark.startHotKeyDaemon();
-            benchmark.measure(2, 1, 60);
+            benchmark.startSxhkd();
+            benchmark.measureLast(60);
+        }
+        if (isInstalled("xbindkeys") && isInstalled("xdotool")) {
+            benchmark.startXbindkeys();
+            benchmark.measureLast(60);
         }
         benchmark.print();
     } catch (const std::exception& failure) {

@@ -13,6 +13,8 @@ enum class Key : std::uint8_t {
     digit2 = 11,
     digit3 = 12,
     digit4 = 13,
+    digit5 = 14,
+    digit6 = 15,
     backspace = 22,
     u = 30,
     i = 31,
