@@ -9,6 +9,7 @@
 #include <iomanip>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace brisk::tour {
@@ -75,16 +76,21 @@ void Stage::openProgram(const std::string& name, std::vector<std::string> argume
     const auto before = desktop.clients();
     programs_.emplace_back(std::move(arguments), server.environment());
     xcb_window_t window = XCB_WINDOW_NONE;
-    user.await(
-        [&] {
-            const auto now = desktop.clients();
-            const auto added = std::find_if(now.begin(), now.end(), [&before](xcb_window_t candidate) {
-                return std::find(before.begin(), before.end(), candidate) == before.end();
-            });
-            window = added == now.end() ? xcb_window_t{XCB_WINDOW_NONE} : *added;
-            return window != XCB_WINDOW_NONE && desktop.isManaged(window) && desktop.activeWindow() == window;
-        },
-        name);
+    const auto isShown = [&] {
+        const auto now = desktop.clients();
+        const auto added = std::find_if(now.begin(), now.end(), [&before](xcb_window_t candidate) {
+            return std::find(before.begin(), before.end(), candidate) == before.end();
+        });
+        window = added == now.end() ? xcb_window_t{XCB_WINDOW_NONE} : *added;
+        if (window != XCB_WINDOW_NONE && desktop.activeWindow() != window) {
+            desktop.requestActivation(window);
+        }
+        return window != XCB_WINDOW_NONE && desktop.isManaged(window) && desktop.activeWindow() == window;
+    };
+    // Large programs, perhaps from a cold disk.
+    if (!desktop::waitUntil(isShown, std::chrono::seconds(30))) {
+        throw std::runtime_error(name + " did not come: " + programs_.back().errors());
+    }
     actors_.push_back({.name = name, .window = window});
 }
 
