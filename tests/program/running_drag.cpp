@@ -65,7 +65,8 @@ void RunningDrag::pressShift() {
         const int distance = step++ / stepsOneWay % 2 == 0 ? 10 : -10;
         pointer_.moveBy(distance, distance);
         return isOverlayShown();
-    }));
+    })) << "no zones; "
+        << programWindows().size() << " windows of the program's can be seen" << program_->output();
 }
 
 void RunningDrag::dragTo(int x, int y) {

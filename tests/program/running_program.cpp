@@ -49,9 +49,9 @@ std::optional<xcb_window_t> RunningProgram::focusedDialog() {
 }
 
 void RunningProgram::expectAnswersTheNextHotKey() {
-    // A layout that no other test asks for, and that is the same the second time: a command that the fault held back
-    // may still come.
-    constexpr PixelRect quarter{.x = 0, .y = 0, .width = 720, .height = 450};
+    // Quarters are the same the second time: a command that the fault held back may still come.
+    constexpr PixelRect topLeft{.x = 0, .y = 0, .width = 720, .height = 450};
+    constexpr PixelRect topRight{.x = 720, .y = 0, .width = 720, .height = 450};
     const xcb_window_t window = openWindow();
     press(Key::u);
     EXPECT_TRUE(waitUntil([&] {
@@ -63,9 +63,12 @@ void RunningProgram::expectAnswersTheNextHotKey() {
             EXPECT_TRUE(waitUntil([&] { return desktop_.activeWindow() == window; }));
             press(Key::u);
         }
-        return desktop_.visibleFrame(window) == quarter;
+        return desktop_.visibleFrame(window) == topLeft;
     })) << *desktop_.visibleFrame(window)
         << program_->errors();
+    // Once this one is carried out, none of those before it is left for the next window.
+    press(Key::i);
+    EXPECT_TRUE(comesTo(window, topRight)) << *desktop_.visibleFrame(window);
     client_.close(window);
     EXPECT_TRUE(waitUntil([&] { return !desktop_.isManaged(window); }));
     EXPECT_TRUE(program_->isRunning());
