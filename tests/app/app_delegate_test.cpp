@@ -80,25 +80,6 @@ TEST_F(AppDelegateTest, AHotKeyRunsItsCommandAndTheMenuDoesTheSame) {
     EXPECT_THAT(desktop.log.calls(), Contains("terminate"));
 }
 
-TEST_F(AppDelegateTest, PressesWhileAnAlertIsOpenAreDroppedNotQueued) {
-    delegate->applicationDidFinishLaunching();
-    desktop.workspace.frontmost = nullptr;
-    shown.alerts.whileOpen = [&] {
-        desktop.workspace.frontmost = editor;
-        desktop.hotKeys.press(123, controlOption);
-        desktop.mainQueue.run();
-    };
-    desktop.hotKeys.press(123, controlOption);
-    desktop.mainQueue.run();
-    EXPECT_EQ(shown.alerts.alerts.size(), 1U);
-    desktop.mainQueue.run();
-    EXPECT_EQ(window->frame, start);
-
-    desktop.hotKeys.press(123, controlOption);
-    desktop.mainQueue.run();
-    EXPECT_EQ(window->frame, leftHalf) << "and once it is closed they count again";
-}
-
 TEST_F(AppDelegateTest, ShowsTheGuideAtTheFirstStartAndAsksForPermissionAtLaterOnes) {
     desktop.accessibility.isTrusted = false;
     delegate->applicationDidFinishLaunching();

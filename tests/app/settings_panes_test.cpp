@@ -21,46 +21,6 @@ TEST(SettingsPane, ToolbarItemsLeadToTheirPanesAndNoOtherDoes) {
     EXPECT_EQ(toolbarItemIdentifier(SettingsPane::sync), "briskwm.settings.sync");
     EXPECT_EQ(settingsPaneOfToolbarItem("briskwm.settings.Sync"), std::nullopt);
     EXPECT_EQ(settingsPaneOfToolbarItem(""), std::nullopt);
-    EXPECT_EQ(settingsWindowTitle(SettingsPane::sync), "Sync \u2014 Brisk Settings");
-}
-
-TEST(SettingsPane, AboutIsNotReturnedTo) {
-    SettingsPaneSelection selection;
-    selection.select(SettingsPane::about);
-    EXPECT_EQ(selection.lastConfigurationPane(), SettingsPane::general);
-    selection.select(SettingsPane::windows);
-    selection.select(SettingsPane::about);
-    EXPECT_EQ(selection.selectedPane(), SettingsPane::about);
-    EXPECT_EQ(selection.lastConfigurationPane(), SettingsPane::windows);
-}
-
-TEST(GeneralPane, ShowsTheStateOfPermissionAndLoginItem) {
-    struct Row {
-        const char* why;
-        LoginItemStatus status;
-        bool isOn;
-        bool needsApproval;
-        const char* detail;
-    };
-    for (const Row& row : {
-             Row{"never registered", LoginItemStatus::notRegistered, false, false,
-                 "Start Brisk automatically when you log in."},
-             Row{"starts at login", LoginItemStatus::enabled, true, false,
-                 "Start Brisk automatically when you log in."},
-             Row{"wanted, but held back by the user's system", LoginItemStatus::requiresApproval, true, true,
-                 "Approval is required in System Settings \u2192 General \u2192 Login Items."},
-             Row{"starts nothing", LoginItemStatus::notFound, false, false,
-                 "Start Brisk automatically when you log in."},
-         }) {
-        SCOPED_TRACE(row.why);
-        const GeneralPane pane = generalPane(true, row.status);
-        EXPECT_EQ(pane.opensAtLogin, row.isOn);
-        EXPECT_EQ(pane.needsLoginItemApproval, row.needsApproval);
-        EXPECT_EQ(pane.openAtLogin.detail, row.detail);
-        EXPECT_EQ(pane.accessibilityState, "Allowed");
-        EXPECT_EQ(generalPane(false, row.status).accessibilityState, "Not Allowed");
-        EXPECT_NE(generalPane(false, row.status), pane) << "a changed permission is worth showing again";
-    }
 }
 
 TEST(LoginItem, IsChangedOnlyWhereItDiffersFromWhatIsWanted) {

@@ -101,6 +101,7 @@ TEST_F(WindowDragSnapControllerTest, DropAppliesTheZoneUnderThePointerAtTheLastD
 
 // Each row is a way through the gesture's states, ending with a release with Shift unless it says otherwise.
 TEST_F(WindowDragSnapControllerTest, GesturesThatDoNotSnap) {
+    const auto dragged = [&](NSEventModifierFlags flags, CGPoint by) { return [=, this] { drag(flags, by); }; };
     struct Row {
         const char* why;
         std::function<void()> gesture;
@@ -108,16 +109,8 @@ TEST_F(WindowDragSnapControllerTest, GesturesThatDoNotSnap) {
     };
     for (const Row& row : std::vector<Row>{
              {"a click", [] {}, {"hide"}},
-             {"two points are no move",
-              [&] {
-                  drag(shift, {2, -2});
-              },
-              {"hide", "hide"}},
-             {"never Shift",
-              [&] {
-                  drag(0, {50, 0});
-              },
-              {"hide", "hide"}},
+             {"two points are no move", dragged(shift, {2, -2}), {"hide", "hide"}},
+             {"never Shift", dragged(0, {50, 0}), {"hide", "hide"}},
              {"a resize with Shift",
               [&] {
                   window->frame.size.width += 2.5;

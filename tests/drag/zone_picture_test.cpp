@@ -35,18 +35,6 @@ TEST(ZonePictures, SayWhatTheZoneIs) {
                                         .label = "Custom \xC2\xB7 Notes"}));
 }
 
-TEST(ZonePictures, ActiveIsTheExactIdentifierOnly) {
-    const std::vector<WindowDragZone> zones{{WindowLayout::leftHalf, {{0, 0}, {10, 10}}}};
-    struct Row {
-        std::optional<CommandIdentifier> active;
-        bool expected;
-    };
-    for (const Row& row : {Row{"window.leftHalf", true}, Row{"window.lefthalf", false}, Row{"leftHalf", false},
-                           Row{"", false}, Row{std::nullopt, false}}) {
-        EXPECT_EQ(zonePictures(zones, row.active, {}).front().isActive, row.expected) << row.active.value_or("none");
-    }
-}
-
 TEST(ZonePictures, ArePaintedLargestFirst) {
     const WindowDragZone small = custom("small", {{0, 0}, {100, 100}});
     const WindowDragZone large = custom("large", {{0, 0}, {400, 100}});

@@ -47,12 +47,6 @@ TEST(GridSelection, FramesCountRowsFromTheTopAndSpanInnerGaps) {
     EXPECT_NEAR(block.minY(), 442.5, 0.01);
     EXPECT_NEAR(block.width(), 943.33, 0.01);
     EXPECT_NEAR(block.height(), 422.5, 0.01);
-
-    const CGRect lowerLeft = gridFrame({3, 2, 0, 1, 1, 1}, laptopArea, 10);
-    EXPECT_NEAR(lowerLeft.minX(), 10, 0.01);
-    EXPECT_NEAR(lowerLeft.minY(), 10, 0.01);
-    EXPECT_NEAR(lowerLeft.width(), 466.67, 0.01);
-    EXPECT_NEAR(lowerLeft.height(), 422.5, 0.01);
 }
 
 // Whatever the grid, gap and place of the display: cells, gaps and edges add up to the display, nothing overlaps.

@@ -42,11 +42,5 @@ TEST(LayoutEditing, NamesAreSavedWithoutTheSpaceAroundThem) {
     }
 }
 
-TEST(LayoutEditing, AGridWithoutAChosenSizeHasFour) {
-    EXPECT_EQ(wholeGrid(3, 6), (WindowGridSelection{.columns = 3, .rows = 6, .columnSpan = 3, .rowSpan = 6}));
-    EXPECT_EQ(wholeGrid(std::nullopt, 2),
-              (WindowGridSelection{.columns = 4, .rows = 2, .columnSpan = 4, .rowSpan = 2}));
-}
-
 } // namespace
 } // namespace brisk

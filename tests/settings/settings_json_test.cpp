@@ -112,9 +112,7 @@ TEST(SettingsJson, OneWrongValueMakesTheFileUnreadable) {
     for (const Row& row : {
              Row{"", "parse error"},
              Row{"[]", "not an object"},
-             Row{"null", "not an object"},
              Row{"{} {}", "parse error"},
-             Row{R"({"windowGap": 5)", "parse error"},
              Row{R"({"windowGap": NaN})", "parse error"},
              Row{"{\"caf\xE9\": 1}", "UTF-8"},
              Row{std::string("{\0\"\0}\0", 6), "parse error"},
@@ -125,7 +123,6 @@ TEST(SettingsJson, OneWrongValueMakesTheFileUnreadable) {
              Row{R"({"windowGap": 1e400})", "number overflow"},
              Row{R"({"windowGap": 9223372036854775808})", "windowGap: not an integer in range"},
              Row{R"({"windowGap": 9223372036854775808.0})", "windowGap: not an integer in range"},
-             Row{R"({"windowGap": 18446744073709551616})", "windowGap: not an integer in range"},
              Row{R"({"hasCompletedOnboarding": 1})", "hasCompletedOnboarding: not a Boolean"},
              Row{R"({"disabledCommandHotkeys": {}})", "disabledCommandHotkeys: not an array"},
              Row{R"({"disabledCommandHotkeys": ["window.center", null]})", "1: not a string"},

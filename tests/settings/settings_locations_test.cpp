@@ -1,8 +1,5 @@
 #include "settings/settings_locations.h"
 
-#include "settings/folder_contents.h"
-#include "support/temporary_folder.h"
-
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -58,16 +55,6 @@ TEST(SettingsLocations, FoldersComeFromTheEnvironment) {
     }
     const EnvironmentVariable home("HOME", nullptr);
     EXPECT_TRUE(settingsFoldersOfUser().home.is_absolute()) << "the password database answers, or the root does";
-}
-
-TEST(SettingsLocations, ICloudDriveIsChosenWhenItIsThere) {
-    const TemporaryFolder folder;
-    const SettingsFolders folders{.home = folder.path() / "home", .applicationSupport = folder.path() / "support"};
-    const auto iCloudDrive = folders.home / "Library" / "Mobile Documents" / "com~apple~CloudDocs";
-    EXPECT_EQ(defaultFileURL(folders), folder.path() / "support/brisk/native-settings.json");
-    std::filesystem::create_directories(iCloudDrive);
-    EXPECT_EQ(defaultFileURL(folders), iCloudDrive / "brisk/native-settings.json");
-    EXPECT_EQ(namesIn(iCloudDrive).size(), 0U) << "asking creates nothing";
 }
 
 TEST(SettingsLocations, EachPlaceIsTheCounterpartOfTheOther) {

@@ -1,5 +1,6 @@
 #include "settings/settings_store.h"
 
+#include "platform/simulated/wall_clock.h"
 #include "settings/child_process.h"
 #include "settings/folder_contents.h"
 #include "settings/settings_json.h"
@@ -21,15 +22,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class StoppedClock : public WallClock {
-public:
-    /// 3 February 2026, 4:05:06.
-    std::tm localTime() const override {
-        return {.tm_sec = 6, .tm_min = 5, .tm_hour = 4, .tm_mday = 3, .tm_mon = 1, .tm_year = 126, .tm_isdst = -1};
-    }
-};
-
-constexpr const char* backupName = "native-settings.corrupt-20260203-040506.json";
+constexpr const char* backupName = "native-settings.corrupt-20260102-030405.json";
 const HotKeyBinding freeShortcut{18, 256, "⌘1"};
 
 class SettingsStoreTest : public testing::Test {
@@ -38,7 +31,7 @@ protected:
     SettingsFolders folders{.home = folder.path() / "home", .applicationSupport = folder.path() / "support"};
     fs::path local = localFileURL(folders);
     fs::path iCloud = iCloudDriveFolderURL(folders) / "brisk" / "native-settings.json";
-    StoppedClock clock;
+    simulated::WallClock clock;
 
     std::unique_ptr<SettingsStore> open(const fs::path& file) const {
         return std::make_unique<SettingsStore>(file, folders, clock);

@@ -18,12 +18,12 @@ namespace brisk {
 /// The settings window on a simulated desktop, with everything it touches at hand.
 class SettingsWindowRig {
 public:
-    explicit SettingsWindowRig(LoginItem* otherLoginItem = nullptr)
+    SettingsWindowRig()
         : controller(
               {.settingsStore = store,
                .alerts = alerts,
                .accessibility = desktop.accessibility,
-               .loginItem = otherLoginItem != nullptr ? *otherLoginItem : loginItem,
+               .loginItem = loginItem,
                .links = links,
                .pasteboard = pasteboard,
                .bundle = bundle,

@@ -1,6 +1,5 @@
 #include "ui/settings_window.h"
 
-#include "platform/freedesktop/autostart_login_item.h"
 #include "ui/about_view.h"
 #include "ui/person.h"
 #include "ui/settings_window_rig.h"
@@ -19,13 +18,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 namespace brisk {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -85,6 +80,8 @@ TEST_F(SettingsWindowTest, TheToolbarLeadsToThePanes) {
 }
 
 TEST_F(SettingsWindowTest, ReturnsToTheLastPaneThatConfigures) {
+    show(SettingsPane::about);
+    EXPECT_EQ(rig.controller.lastConfigurationPane(), SettingsPane::general);
     show(SettingsPane::sync);
     show(SettingsPane::about);
     EXPECT_EQ(window().windowTitle(), QStringLiteral("About \u2014 Brisk Settings"));
@@ -246,38 +243,41 @@ TEST_F(SettingsWindowTest, GeneralIsFreshWhenTheUserComesBack) {
     EXPECT_EQ(window().focusWidget(), rig.control("openAccessibilitySettings")) << "the focus stays where it was";
 }
 
-TEST_F(SettingsWindowTest, ALoginItemThatAwaitsApprovalLeadsToIt) {
-    show(SettingsPane::general);
-    EXPECT_EQ(rig.control("openLoginItems"), nullptr);
-    rig.loginItem.currentStatus = LoginItemStatus::requiresApproval;
-    show(SettingsPane::general);
-    EXPECT_TRUE(rig.control<QCheckBox>("opensAtLogin")->isChecked());
+TEST_F(SettingsWindowTest, TheLoginItemIsShownAndLeadsToItsApproval) {
+    struct Row {
+        LoginItemStatus status;
+        bool isOn;
+        bool needsApproval;
+    };
+    for (const Row& row :
+         {Row{LoginItemStatus::notRegistered, false, false}, Row{LoginItemStatus::notFound, false, false},
+          Row{LoginItemStatus::enabled, true, false}, Row{LoginItemStatus::requiresApproval, true, true}}) {
+        SCOPED_TRACE(static_cast<int>(row.status));
+        rig.loginItem.currentStatus = row.status;
+        show(SettingsPane::general);
+        EXPECT_EQ(rig.control<QCheckBox>("opensAtLogin")->isChecked(), row.isOn);
+        EXPECT_EQ(rig.control("openLoginItems") != nullptr, row.needsApproval);
+        EXPECT_EQ(showsText("Approval is required in System Settings \u2192 General \u2192 Login Items."),
+                  row.needsApproval);
+    }
     click("openLoginItems");
     EXPECT_THAT(rig.desktop.log.calls(), Contains("openSystemSettingsLoginItems"));
 }
 
-TEST(SettingsWindowLoginItem, IsSwitchedInTheUsersAutostartFolder) {
-    const TemporaryFolder configuration;
-    freedesktop::AutostartLoginItem item(configuration.path() / "autostart", "/bin/sh", [] {});
-    SettingsWindowRig rig(&item);
-    const fs::path file = configuration.path() / "autostart" / "brisk.desktop";
-    const auto clickSwitch = [&] { QTest::mouseClick(rig.control("opensAtLogin"), Qt::LeftButton); };
+TEST_F(SettingsWindowTest, TheLoginItemIsSwitchedOrSwitchesBack) {
+    show(SettingsPane::general);
     const auto isSwitchOn = [&] { return rig.control<QCheckBox>("opensAtLogin")->isChecked(); };
-    rig.controller.show(SettingsPane::general);
-    EXPECT_FALSE(isSwitchOn());
-    clickSwitch();
-    EXPECT_TRUE(fs::exists(file));
+    click("opensAtLogin");
+    EXPECT_EQ(rig.loginItem.currentStatus, LoginItemStatus::enabled);
     EXPECT_TRUE(isSwitchOn());
-    clickSwitch();
-    EXPECT_FALSE(fs::exists(file));
+    click("opensAtLogin");
+    EXPECT_EQ(rig.loginItem.currentStatus, LoginItemStatus::notRegistered);
     EXPECT_FALSE(isSwitchOn());
-    EXPECT_THAT(rig.alerts.alerts, IsEmpty());
 
-    fs::remove_all(file.parent_path());
-    std::ofstream(file.parent_path()) << "in the way";
+    rig.loginItem.error = "The disk is full.";
     bool wasOnBehindAlert = true;
     rig.alerts.whileOpen = [&] { wasOnBehindAlert = isSwitchOn(); };
-    clickSwitch();
+    click("opensAtLogin");
     ASSERT_EQ(rig.alerts.alerts.size(), 1U);
     EXPECT_EQ(rig.alerts.alerts.front().messageText, "Could not turn on Open at Login");
     EXPECT_FALSE(wasOnBehindAlert);

@@ -109,15 +109,6 @@ TEST_F(WindowAccessibilityTest, OnlyAVanishedWindowIsInvalid) {
     EXPECT_TRUE(windows.isInvalid(element(front)));
 }
 
-TEST_F(WindowAccessibilityTest, IdentityFollowsTheWindow) {
-    const AccessibilityWindowID a{element(front)};
-    const AccessibilityWindowID same{element(front)};
-    const AccessibilityWindowID other{element(back)};
-    EXPECT_EQ(a, same);
-    EXPECT_EQ(std::hash<AccessibilityWindowID>{}(a), std::hash<AccessibilityWindowID>{}(same));
-    EXPECT_NE(a, other);
-}
-
 TEST(WindowCoordinates, AreFlippedAtThePrimaryDisplaysTop) {
     constexpr CGRect primary{.origin = {0, 0}, .size = {1728, 1117}};
     struct Row {
