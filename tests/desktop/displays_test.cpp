@@ -1,9 +1,7 @@
 #include "desktop/window_access_scene.h"
-#include "windows/window_manager.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <vector>
 
 namespace brisk::desktop {
@@ -37,16 +35,6 @@ struct TwoMonitors : WindowAccessScene {
 // In AppKit coordinates: from the bottom left corner of the primary monitor, which is at (800, 800).
 constexpr CGRect primaryFrame{{0, 0}, {1000, 700}};
 constexpr CGRect secondaryFrame{{-800, -100}, {800, 900}};
-
-TEST(Displays, FollowMonitorsThatComeAndGo) {
-    TwoMonitors scene;
-    EXPECT_EQ(scene.accessibility().screens(),
-              (std::vector<ScreenInfo>{{primaryFrame, primaryFrame}, {secondaryFrame, secondaryFrame}}));
-    scene.server.setMonitors({{.area = leftMonitor, .isPrimary = true}});
-    scene.synchronize();
-    const CGRect only{{0, 0}, {800, 900}};
-    EXPECT_EQ(scene.accessibility().screens(), (std::vector<ScreenInfo>{{only, only}}));
-}
 
 TEST(Displays, LeaveOutWhatPanelsKeepForThemselves) {
     TwoMonitors scene;
@@ -83,38 +71,6 @@ TEST(Displays, LeaveOutWhatPanelsKeepForThemselves) {
     EXPECT_EQ(scene.accessibility().screens(),
               (std::vector<ScreenInfo>{{primaryFrame, primaryFrame}, {secondaryFrame, secondaryFrame}}))
         << "a panel's space is free again once it is gone";
-}
-
-TEST(Displays, CarryAWholeCommandOnTheMonitorOfTheWindow) {
-    TwoMonitors scene;
-    const xcb_window_t panel = scene.client.open({.client = {800, 760, 1000, 40},
-                                                  .kind = WindowKind::dock,
-                                                  .strut = Strut{Strut::Edge::bottom, 140, 800, 1799}});
-    ASSERT_TRUE(waitUntil([&] { return scene.desktop.isManaged(panel); }));
-    const xcb_window_t window = scene.openInFront();
-    struct Row {
-        PixelRect start;
-        WindowLayout layout;
-        PixelRect expected;
-    };
-    brisk::WindowManager manager(scene.accessibility());
-    for (const Row& row : {
-             Row{{1000, 300, 300, 200}, WindowLayout::rightHalf, {1300, 100, 500, 660}},
-             Row{{1000, 300, 300, 200}, WindowLayout::maximize, {800, 100, 1000, 660}},
-             Row{{100, 300, 300, 200}, WindowLayout::bottomHalf, {0, 450, 800, 450}},
-             Row{{100, 300, 300, 200}, WindowLayout::restore, {100, 300, 300, 200}},
-         }) {
-        if (row.layout != WindowLayout::restore) {
-            scene.desktop.requestFrame(window, row.start);
-            ASSERT_TRUE(waitUntil([&] { return scene.desktop.visibleFrame(window) == row.start; }));
-        }
-        scene.brisk->processEvents();
-        const auto application = scene.brisk->workspace().frontmostApplication();
-        ASSERT_TRUE(application);
-        EXPECT_EQ(manager.applyLayout(row.layout, *application, 0), WindowActionResult::applied);
-        EXPECT_TRUE(waitUntil([&] { return scene.desktop.visibleFrame(window) == row.expected; }))
-            << *scene.desktop.visibleFrame(window);
-    }
 }
 
 } // namespace

@@ -48,11 +48,9 @@ public:
                                          Modifier{shiftKey, Key::leftShift}, Modifier{cmdKey, Key::leftSuper}}) {
             if ((modifiers & modifier.bit) != 0) {
                 held.push_back(modifier.key);
-                keyboard.down(modifier.key);
             }
         }
-        keyboard.press(static_cast<Key>(*x11::xKeyCodeOf(keyCode)));
-        std::ranges::for_each(held, [&](Key key) { keyboard.up(key); });
+        keyboard.press(static_cast<Key>(*x11::xKeyCodeOf(keyCode)), held);
     }
     bool holdElsewhere(std::uint32_t keyCode, std::uint32_t modifiers) override {
         settle();

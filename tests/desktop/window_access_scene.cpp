@@ -47,18 +47,7 @@ bool WindowAccessScene::waitInFront(xcb_window_t window, Activation activation) 
 }
 
 void WindowAccessScene::waitForRest(xcb_window_t window) {
-    // Quiet for a while: there is no event that says that nothing more will come.
-    auto last = desktop.visibleFrame(window);
-    auto since = std::chrono::steady_clock::now();
-    static_cast<void>(waitUntil([&] {
-        client.dispatchEvents();
-        const auto now = desktop.visibleFrame(window);
-        if (now != last) {
-            last = now;
-            since = std::chrono::steady_clock::now();
-        }
-        return std::chrono::steady_clock::now() - since > std::chrono::milliseconds(100);
-    }));
+    frameAtRest(desktop, client, window, std::chrono::milliseconds(100));
 }
 
 bool WindowAccessScene::allows(xcb_window_t window, const std::string& action) {

@@ -33,19 +33,6 @@ TEST_P(Drag, DropsOnTheZoneUnderThePointer) {
     }
 }
 
-TEST_P(Drag, ReleasedWithoutShiftIsAnOrdinaryDrag) {
-    takeByTitle(window_);
-    pressShift();
-    dragTo(300, 400);
-    keyboard_.up(Key::leftShift);
-    pointer_.up();
-    EXPECT_TRUE(wait([&] { return !isOverlayShown(); }));
-    const auto frame = frameAtRest(window_);
-    EXPECT_EQ(frame->width, startFrame.width);
-    EXPECT_EQ(frame->height, startFrame.height);
-    EXPECT_FALSE(isOverlayShown());
-}
-
 TEST_P(Drag, AResizeShowsNothing) {
     const PixelRect area = *desktop_.clientRect(window_);
     pointer_.moveTo(area.x + area.width - 5, area.y + area.height - 5);
@@ -75,15 +62,6 @@ TEST_P(Drag, AResizeShowsNothing) {
     EXPECT_FALSE(wasShown || isOverlayShown());
     EXPECT_GT(frame->width, startFrame.width + 10);
     EXPECT_EQ(frame->y, startFrame.y);
-}
-
-TEST_P(Drag, AWindowThatClosesTakesTheZonesAway) {
-    takeByTitle(window_);
-    pressShift();
-    client_.close(window_);
-    EXPECT_TRUE(wait([&] { return !isOverlayShown(); }));
-    pointer_.up();
-    keyboard_.up(Key::leftShift);
 }
 
 TEST_P(Drag, TakesTheWindowThatTheDragMakesActive) {

@@ -32,16 +32,7 @@ void RunningDrag::putAt(xcb_window_t window, const PixelRect& frame) {
 }
 
 std::optional<PixelRect> RunningDrag::frameAtRest(xcb_window_t window) {
-    auto last = desktop_.visibleFrame(window);
-    auto since = std::chrono::steady_clock::now();
-    EXPECT_TRUE(wait([&] {
-        if (const auto now = desktop_.visibleFrame(window); now != last) {
-            last = now;
-            since = std::chrono::steady_clock::now();
-        }
-        return std::chrono::steady_clock::now() - since > std::chrono::milliseconds(250);
-    }));
-    return last;
+    return desktop::frameAtRest(desktop_, client_, window, std::chrono::milliseconds(250));
 }
 
 void RunningDrag::takeByTitle(xcb_window_t window) {

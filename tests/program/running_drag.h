@@ -13,7 +13,7 @@ protected:
     /// While the other application answers what it is asked.
     bool wait(const std::function<bool()>& condition);
     void putAt(xcb_window_t window, const PixelRect& frame);
-    /// Where the window is once nobody has moved it for a while: there is no event that says that nothing more comes.
+    /// Where the window is once nobody has moved it for a while.
     std::optional<PixelRect> frameAtRest(xcb_window_t window);
 
     /// Takes the window by its title bar and moves it a little, until it follows.

@@ -190,11 +190,4 @@ void DesktopConnection::requestActivation(xcb_window_t window) {
     sendToWindowManager(window, "_NET_ACTIVE_WINDOW", {sourcePager, XCB_CURRENT_TIME, 0, 0, 0});
 }
 
-void DesktopConnection::requestState(xcb_window_t window, StateAction action, const std::string& first,
-                                     const std::string& second) {
-    sendToWindowManager(window, "_NET_WM_STATE",
-                        {static_cast<std::uint32_t>(action), atom(first),
-                         second.empty() ? xcb_atom_t{XCB_ATOM_NONE} : atom(second), sourcePager, 0});
-}
-
 } // namespace brisk::desktop

@@ -68,9 +68,6 @@ public:
     /// Asks the window manager, as a pager, to give a window this visible frame. It may take its time.
     void requestFrame(xcb_window_t window, const PixelRect& visibleFrame);
     void requestActivation(xcb_window_t window);
-    enum class StateAction : std::uint32_t { remove, add };
-    void requestState(xcb_window_t window, StateAction action, const std::string& first,
-                      const std::string& second = "");
 
 private:
     void addWindowsOf(const std::string& instanceName, xcb_window_t parent, std::vector<xcb_window_t>& found);

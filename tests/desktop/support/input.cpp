@@ -25,7 +25,7 @@ void Keyboard::up(Key key) {
     connection_.synchronize();
 }
 
-void Keyboard::press(Key key, std::initializer_list<Key> modifiers) {
+void Keyboard::press(Key key, const std::vector<Key>& modifiers) {
     for (const Key modifier : modifiers) {
         fake(connection_, XCB_KEY_PRESS, static_cast<std::uint8_t>(modifier));
     }

@@ -3,7 +3,7 @@
 #include "desktop/support/desktop_connection.h"
 
 #include <cstdint>
-#include <initializer_list>
+#include <vector>
 
 namespace brisk::desktop {
 
@@ -42,7 +42,7 @@ public:
     void down(Key key);
     void up(Key key);
     /// Modifiers down in order, the key down and up, modifiers up in reverse.
-    void press(Key key, std::initializer_list<Key> modifiers = {});
+    void press(Key key, const std::vector<Key>& modifiers = {});
 
 private:
     DesktopConnection& connection_;

@@ -6,9 +6,11 @@
 #include <xcb/xcb_icccm.h>
 
 #include <array>
+#include <iomanip>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
+#include <type_traits>
 
 namespace brisk::desktop {
 namespace {
@@ -77,22 +79,86 @@ void setInitialState(DesktopConnection& connection, xcb_window_t window, const W
     }
 }
 
-/// `description` as numbers for one command line argument, and back.
-template <class... Fields>
-std::string joined(Fields... fields) {
-    std::ostringstream text;
-    ((text << fields << ','), ...);
-    return text.str();
+// The fields of what a command line describes, in the order of its words; for both directions.
+template <class Words>
+void transfer(Words& words, PixelSize& size) {
+    words(size.width, size.height);
+}
+template <class Words>
+void transfer(Words& words, PixelRect& rect) {
+    words(rect.x, rect.y, rect.width, rect.height);
+}
+template <class Words>
+void transfer(Words& words, PixelExtents& extents) {
+    words(extents.left, extents.right, extents.top, extents.bottom);
+}
+template <class Words>
+void transfer(Words& words, Strut& strut) {
+    words(strut.edge, strut.thickness, strut.start, strut.end);
+}
+template <class Words>
+void transfer(Words& words, WindowDescription& window) {
+    words(window.title, window.className, window.client, window.minimumSize, window.maximumSize, window.sizeIncrements,
+          window.baseSize, window.clientShadow, window.kind, window.strut, window.claimedProcessID, window.isMaximized,
+          window.isFullscreen, window.overridesRedirect, window.motifFunctions, window.background);
 }
 
-std::vector<std::int64_t> numbers(const std::string& text) {
-    std::vector<std::int64_t> result;
-    std::istringstream stream(text);
-    for (std::string number; std::getline(stream, number, ',');) {
-        result.push_back(std::stoll(number));
+struct Writer {
+    template <class... Fields>
+    void operator()(Fields&... fields) {
+        (write(fields), ...);
     }
-    return result;
-}
+    void write(std::string& word) { text << std::quoted(word) << ' '; }
+    template <class Field>
+    void write(std::optional<Field>& field) {
+        bool isGiven = field.has_value();
+        write(isGiven);
+        if (isGiven) {
+            write(*field);
+        }
+    }
+    template <class Field>
+    void write(Field& field) {
+        if constexpr (std::is_enum_v<Field>) {
+            text << static_cast<int>(field) << ' ';
+        } else if constexpr (std::is_arithmetic_v<Field>) {
+            text << field << ' ';
+        } else {
+            transfer(*this, field);
+        }
+    }
+    std::ostringstream text;
+};
+
+struct Reader {
+    explicit Reader(const char* words) : text(words) { text.exceptions(std::ios::failbit); }
+    template <class... Fields>
+    void operator()(Fields&... fields) {
+        (read(fields), ...);
+    }
+    void read(std::string& word) { text >> std::quoted(word); }
+    template <class Field>
+    void read(std::optional<Field>& field) {
+        bool isGiven = false;
+        read(isGiven);
+        if (isGiven) {
+            read(field.emplace());
+        }
+    }
+    template <class Field>
+    void read(Field& field) {
+        if constexpr (std::is_enum_v<Field>) {
+            int number = 0;
+            read(number);
+            field = static_cast<Field>(number);
+        } else if constexpr (std::is_arithmetic_v<Field>) {
+            text >> field;
+        } else {
+            transfer(*this, field);
+        }
+    }
+    std::istringstream text;
+};
 
 } // namespace
 
@@ -117,11 +183,8 @@ xcb_window_t TestClient::open(const WindowDescription& description) {
     std::array<char, 256> host{};
     gethostname(host.data(), host.size() - 1);
     setText(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, host.data());
-    if (description.hasProcessID) {
-        const auto own = static_cast<std::uint32_t>(getpid());
-        connection_.setCardinals(window, "_NET_WM_PID", XCB_ATOM_CARDINAL,
-                                 {description.claimedProcessID.value_or(own)});
-    }
+    const auto own = static_cast<std::uint32_t>(getpid());
+    connection_.setCardinals(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {description.claimedProcessID.value_or(own)});
     connection_.setCardinals(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
                              {connection_.atom(std::string("_NET_WM_WINDOW_TYPE_") +
                                                kindNames[static_cast<std::size_t>(description.kind)])});
@@ -211,12 +274,30 @@ void TestClient::dispatch(const xcb_generic_event_t& event) {
     }
 }
 
+std::optional<PixelRect> frameAtRest(DesktopConnection& desktop, TestClient& client, xcb_window_t window,
+                                     std::chrono::milliseconds quiet) {
+    auto last = desktop.visibleFrame(window);
+    auto since = std::chrono::steady_clock::now();
+    const bool isAtRest = waitUntil([&] {
+        client.dispatchEvents();
+        if (const auto now = desktop.visibleFrame(window); now != last) {
+            last = now;
+            since = std::chrono::steady_clock::now();
+        }
+        return std::chrono::steady_clock::now() - since > quiet;
+    });
+    if (!isAtRest) {
+        throw std::runtime_error("the window does not come to rest");
+    }
+    return last;
+}
+
 Process startTestClient(const Environment& environment, std::span<const WindowDescription> windows) {
     std::vector<std::string> arguments{BRISK_TEST_CLIENT_PATH};
-    for (const WindowDescription& window : windows) {
-        for (std::string& argument : toArguments(window)) {
-            arguments.push_back(std::move(argument));
-        }
+    for (WindowDescription window : windows) {
+        Writer writer;
+        writer.write(window);
+        arguments.push_back(writer.text.str());
     }
     return {std::move(arguments), environment};
 }
@@ -237,99 +318,10 @@ std::vector<xcb_window_t> testClientWindows(Process& process, std::size_t count)
     return windows;
 }
 
-std::vector<std::string> toArguments(const WindowDescription& description) {
-    std::vector<std::string> arguments{"--window"};
-    const auto add = [&arguments](const char* name, std::string value) {
-        arguments.emplace_back(name);
-        arguments.push_back(std::move(value));
-    };
-    const auto addSize = [&add](const char* name, const std::optional<PixelSize>& size) {
-        if (size) {
-            add(name, joined(size->width, size->height));
-        }
-    };
-    add("--title", description.title);
-    add("--class", description.className);
-    const PixelRect& client = description.client;
-    add("--client", joined(client.x, client.y, client.width, client.height));
-    addSize("--minimum", description.minimumSize);
-    addSize("--maximum", description.maximumSize);
-    addSize("--increments", description.sizeIncrements);
-    addSize("--base", description.baseSize);
-    if (const auto& shadow = description.clientShadow) {
-        add("--shadow", joined(shadow->left, shadow->right, shadow->top, shadow->bottom));
-    }
-    if (const auto& strut = description.strut) {
-        add("--strut", joined(static_cast<int>(strut->edge), strut->thickness, strut->start, strut->end));
-    }
-    add("--kind", joined(static_cast<int>(description.kind)));
-    add("--flags", joined(description.hasProcessID, description.isMaximized, description.isFullscreen,
-                          description.overridesRedirect));
-    if (description.claimedProcessID) {
-        add("--process", joined(*description.claimedProcessID));
-    }
-    if (description.motifFunctions) {
-        add("--functions", joined(*description.motifFunctions));
-    }
-    add("--background", joined(description.background));
-    return arguments;
-}
-
 std::vector<WindowDescription> windowsFromArguments(std::span<char* const> arguments) {
     std::vector<WindowDescription> windows;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string name = arguments[i];
-        if (name == "--window") {
-            windows.emplace_back();
-            continue;
-        }
-        if (windows.empty() || i + 1 == arguments.size()) {
-            throw std::runtime_error("expected --window, then pairs of name and value, at " + name);
-        }
-        WindowDescription& window = windows.back();
-        const std::string value = arguments[++i];
-        if (name == "--title") {
-            window.title = value;
-            continue;
-        }
-        if (name == "--class") {
-            window.className = value;
-            continue;
-        }
-        const auto items = numbers(value);
-        const auto item = [&items](std::size_t index) { return static_cast<int>(items.at(index)); };
-        const auto size = [&item] { return PixelSize{.width = item(0), .height = item(1)}; };
-        if (name == "--client") {
-            window.client = {.x = item(0), .y = item(1), .width = item(2), .height = item(3)};
-        } else if (name == "--minimum") {
-            window.minimumSize = size();
-        } else if (name == "--maximum") {
-            window.maximumSize = size();
-        } else if (name == "--increments") {
-            window.sizeIncrements = size();
-        } else if (name == "--base") {
-            window.baseSize = size();
-        } else if (name == "--shadow") {
-            window.clientShadow = {.left = item(0), .right = item(1), .top = item(2), .bottom = item(3)};
-        } else if (name == "--strut") {
-            window.strut = {
-                .edge = static_cast<Strut::Edge>(item(0)), .thickness = item(1), .start = item(2), .end = item(3)};
-        } else if (name == "--kind") {
-            window.kind = static_cast<WindowKind>(item(0));
-        } else if (name == "--flags") {
-            window.hasProcessID = item(0) != 0;
-            window.isMaximized = item(1) != 0;
-            window.isFullscreen = item(2) != 0;
-            window.overridesRedirect = item(3) != 0;
-        } else if (name == "--process") {
-            window.claimedProcessID = static_cast<std::uint32_t>(items.at(0));
-        } else if (name == "--functions") {
-            window.motifFunctions = static_cast<std::uint32_t>(items.at(0));
-        } else if (name == "--background") {
-            window.background = static_cast<std::uint32_t>(items.at(0));
-        } else {
-            throw std::runtime_error("unknown argument " + name);
-        }
+    for (const char* argument : arguments) {
+        Reader(argument).read(windows.emplace_back());
     }
     return windows;
 }

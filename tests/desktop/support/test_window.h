@@ -3,6 +3,7 @@
 #include "desktop/support/desktop_connection.h"
 #include "desktop/support/process.h"
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -40,7 +41,6 @@ struct WindowDescription {
     std::optional<PixelExtents> clientShadow;
     WindowKind kind = WindowKind::normal;
     std::optional<Strut> strut;
-    bool hasProcessID = true;
     /// The process id it claims instead of its own.
     std::optional<std::uint32_t> claimedProcessID;
     bool isMaximized = false;
@@ -49,10 +49,6 @@ struct WindowDescription {
     bool overridesRedirect = false;
     /// What the window lets be done with itself (`_MOTIF_WM_HINTS` function bits).
     std::optional<std::uint32_t> motifFunctions;
-    static constexpr std::uint32_t motifResize = 2;
-    static constexpr std::uint32_t motifMove = 4;
-    static constexpr std::uint32_t motifMinimize = 8;
-    static constexpr std::uint32_t motifMaximize = 16;
     static constexpr std::uint32_t motifClose = 32;
     /// Colour of its area, 0xRRGGBB.
     std::uint32_t background = 0xF4F4F4;
@@ -101,13 +97,16 @@ private:
     std::map<xcb_window_t, Record> records_;
 };
 
+/// Where the window is once nobody has moved it for that long: there is no event that says that nothing more comes.
+std::optional<PixelRect> frameAtRest(DesktopConnection& desktop, TestClient& client, xcb_window_t window,
+                                     std::chrono::milliseconds quiet);
+
 /// A `TestClient` in a process of its own, so that it can hang or die; its output has a window id a line.
 Process startTestClient(const Environment& environment, std::span<const WindowDescription> windows);
 /// The windows of a process that `startTestClient` started; waits for them to be created.
 std::vector<xcb_window_t> testClientWindows(Process& process, std::size_t count);
 
-/// The command line between the two processes.
-std::vector<std::string> toArguments(const WindowDescription& description);
+/// What `startTestClient` told the process.
 std::vector<WindowDescription> windowsFromArguments(std::span<char* const> arguments);
 
 } // namespace brisk::desktop
