@@ -7,7 +7,7 @@ namespace brisk {
 
 namespace {
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeAccessibleWindow(const QString&, QObject* object) {
     auto* const window = dynamic_cast<TopLevelWindow*>(object);
     return window != nullptr ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
 }
@@ -15,7 +15,7 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
 } // namespace
 
 TopLevelWindow::TopLevelWindow() {
-    QAccessible::installFactory(makeAccessible); // the second time and on, nothing
+    QAccessible::installFactory(makeAccessibleWindow); // the second time and on, nothing
 }
 
 } // namespace brisk

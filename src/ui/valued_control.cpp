@@ -35,7 +35,7 @@ private:
     const ValuedControl& control_;
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeAccessibleControl(const QString&, QObject* object) {
     auto* const widget = qobject_cast<QWidget*>(object);
     const auto* const control = dynamic_cast<ValuedControl*>(object);
     return widget != nullptr && control != nullptr ? new ValuedAccessible(*widget, *control) : nullptr;
@@ -45,7 +45,7 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
 
 // Before the widget says anything about itself: Qt keeps the accessible that it makes at the first word.
 ValuedControl::ValuedControl() {
-    QAccessible::installFactory(makeAccessible); // the second time and on, nothing
+    QAccessible::installFactory(makeAccessibleControl); // the second time and on, nothing
 }
 
 void ValuedControl::describeTo(QWidget& self, const QString& name, const QString& help) const {

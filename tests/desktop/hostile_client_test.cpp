@@ -80,12 +80,13 @@ TEST(HostileClient, IsPlacedWhereItCanBeSeenWhateverItSaysOfItself) {
         const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(manager.applyLayout(WindowLayout::leftHalf, *application, 10), WindowActionResult::applied);
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+        // What waits for the window believes what it says.
+        xcb_delete_property(scene.desktop.xcb(), window, scene.desktop.atom(row.property));
+        scene.desktop.synchronize();
         scene.waitForRest(window);
         const auto rect = scene.desktop.clientRect(window);
         ASSERT_TRUE(rect);
         EXPECT_TRUE(isSeen(*rect)) << *rect;
-        xcb_delete_property(scene.desktop.xcb(), window, scene.desktop.atom(row.property));
-        scene.desktop.synchronize();
     }
 
     // The canary: a window that says nothing strange goes just where it is told to.
