@@ -36,7 +36,8 @@ public:
             std::ranges::find_if(files_, [&](const File& file) { return file.size.width() >= size.width(); });
         QImageReader reader(fitting != files_.end() ? fitting->name : files_.back().name, format);
         const QPixmap read = QPixmap::fromImageReader(&reader);
-        return read.size() == size ? read : read.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        return read.isNull() || read.size() == size ? read
+                                                    : read.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     }
 
     /// Those that a desktop shows a window by; what is larger would burden the X server with every window of ours.

@@ -139,6 +139,10 @@ BriskSettingsWindowController::~BriskSettingsWindowController() {
 }
 
 void BriskSettingsWindowController::show(SettingsPane pane) {
+    if (!window_->isVisible()) {
+        // Before the pane is fitted to it.
+        window_->setScreen(&screenUnderPointer());
+    }
     select(pane);
     if (!window_->isVisible()) {
         window_->layout()->activate();

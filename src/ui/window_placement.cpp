@@ -9,12 +9,13 @@
 
 namespace brisk {
 
+QScreen& screenUnderPointer() {
+    QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
 void centreOnScreen(QWidget& window) {
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (screen == nullptr) {
-        screen = QGuiApplication::primaryScreen();
-    }
-    const QRect available = screen->availableGeometry();
+    const QRect available = screenUnderPointer().availableGeometry();
     QRect frame(QPoint(), window.size());
     frame.moveCenter(available.center());
     window.move(std::max(frame.left(), available.left()), std::max(frame.top(), available.top()));

@@ -66,6 +66,9 @@ KilledSaves killSaves(int count, const std::filesystem::path& folder) {
             throw std::system_error(errno, std::generic_category(), "pipe");
         }
         const pid_t child = fork();
+        if (child < 0) {
+            throw std::system_error(errno, std::generic_category(), "fork");
+        }
         if (child == 0) {
             SettingsStore store(file, folders, clock);
             [[maybe_unused]] const ssize_t written = write(started[1], "x", 1);
@@ -73,13 +76,14 @@ KilledSaves killSaves(int count, const std::filesystem::path& folder) {
                 saveBoth(store);
             }
         }
+        // So that a child which dies before its word is heard of.
+        close(started[1]);
         char byte = 0;
         const bool isStarted = read(started[0], &byte, 1) == 1;
         std::this_thread::sleep_for(std::chrono::microseconds(moment(random)));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         close(started[0]);
-        close(started[1]);
 
         const auto items = [&] {
             return std::distance(std::filesystem::directory_iterator(file.parent_path()),

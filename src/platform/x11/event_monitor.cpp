@@ -360,8 +360,7 @@ void EventMonitor::change(std::uint16_t modifiers) {
     const bool isShiftChange = ((drag_->modifiers ^ modifiers) & XCB_MOD_MASK_SHIFT) != 0;
     drag_->modifiers = modifiers;
     if (isShiftChange) {
-        pointerOfReport_.reset();
-        reportDrag();
+        move();
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 namespace brisk::x11 {
@@ -29,9 +30,13 @@ int roundedCoordinate(double value) {
     return static_cast<int>(std::clamp(std::round(value), -32768.0, 32767.0));
 }
 
-/// Whether a window that is there now did not go where it was asked to. One that keeps to sizes of its own went.
+/// Whether a window that is there now did not go where it was asked to. One that keeps to whole character cells went,
+/// and may have been there before.
 bool hasIgnored(const PixelRect& start, const PixelRect& target, const PixelRect& now) {
-    return now == start || now.x != target.x || now.y != target.y;
+    constexpr int largestCell = 64;
+    const bool isOfThatSize =
+        std::abs(now.width - target.width) < largestCell && std::abs(now.height - target.height) < largestCell;
+    return now.x != target.x || now.y != target.y || (now == start && !isOfThatSize);
 }
 
 std::uint32_t word(int value) {
@@ -78,7 +83,7 @@ std::optional<FrameReading> WindowMover::readArrived() {
         return [&way](const FrameReading& now) { return now.frame == way.target && !way.isFromHeldState; };
     };
     auto reading = readUntil(movement, hasArrived(movement));
-    if (reading && !windowManager_.hasReached(movement.checkpoint) &&
+    if (reading && !reading->isHeld() && !windowManager_.hasReached(movement.checkpoint) &&
         hasIgnored(movement.start, movement.target, reading->frame)) {
         leaveTile(*movement.window);
         send(movement.window, *reading, movement.target);
