@@ -307,12 +307,15 @@ std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Con
         const bool hasAnswered = windowManager_.hasReached(movement.checkpoint);
         hasChanged_ = false;
         reading = ask(movement.window);
+        // metacity decorates a window that was fullscreen some time after it has answered.
+        const bool mayGetDecoration = movement.isFromHeldState && reading && reading->isBare();
         // The deadline is asked for each time: a window that never stops changing must not keep anybody waiting.
-        if (!reading || isDone(*reading) || hasAnswered || std::chrono::steady_clock::now() >= movement.deadline) {
+        if (!reading || isDone(*reading) || (hasAnswered && !mayGetDecoration) ||
+            std::chrono::steady_clock::now() >= movement.deadline) {
             break;
         }
         bool isInTime = true;
-        while (isInTime && !hasChanged_ && !windowManager_.hasReached(movement.checkpoint)) {
+        while (isInTime && !hasChanged_ && (hasAnswered || !windowManager_.hasReached(movement.checkpoint))) {
             isInTime = connection_.waitForEvents(movement.deadline);
         }
     }
