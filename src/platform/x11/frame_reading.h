@@ -45,8 +45,6 @@ struct FrameReading {
     bool mayMove = true;
     bool mayResize = true;
 
-    /// Whether nothing is drawn around it, by the window manager or by the client.
-    bool isBare() const { return decoration == Extents{} && shadow == Extents{}; }
     /// Whether a state holds the window in place, so that moves are ignored.
     bool isHeld() const { return isMaximizedVertically || isMaximizedHorizontally || isFullscreen; }
 };

@@ -75,29 +75,28 @@ std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
     return reading ? std::optional{reading->frame} : std::nullopt;
 }
 
-/// Reads the moving window once it has arrived.
+/// Reads the moving window once it has arrived, sent again where it was held in a tile or has another decoration now
+/// than its size was reckoned with.
 std::optional<FrameReading> WindowMover::readArrived() {
-    Movement movement = *std::exchange(movement_, std::nullopt);
-    const auto hasArrived = [](const Movement& way) {
-        // A window that was just let out of fullscreen may get its decoration while it moves.
-        return [&way](const FrameReading& now) { return now.frame == way.target && !way.isFromHeldState; };
+    const WindowRef window = movement_->window;
+    const PixelRect target = movement_->target;
+    const auto isOnItsWay = [&](const std::optional<FrameReading>& now) {
+        return now && !now->isHeld() && now->frame != target;
     };
-    auto reading = readUntil(movement, hasArrived(movement));
-    if (reading && !reading->isHeld() && !windowManager_.hasReached(movement.checkpoint) &&
-        hasIgnored(movement.start, movement.target, reading->frame)) {
-        leaveTile(*movement.window);
-        send(movement.window, *reading, movement.target);
+    Movement movement = *std::exchange(movement_, std::nullopt);
+    auto reading = readAtEndOf(movement);
+    if (isOnItsWay(reading) && !windowManager_.hasReached(movement.checkpoint) &&
+        hasIgnored(movement.start, target, reading->frame)) {
+        leaveTile(*window);
+        send(window, *reading, target);
         movement = *std::exchange(movement_, std::nullopt);
-        reading = readUntil(movement, hasArrived(movement));
+        reading = readAtEndOf(movement);
     }
-    if (!reading || reading->frame == movement.target || reading->isHeld() ||
-        (reading->decoration == movement.decoration && reading->shadow == movement.shadow)) {
-        return reading;
+    if (isOnItsWay(reading) && (reading->decoration != movement.decoration || reading->shadow != movement.shadow)) {
+        send(window, *reading, target);
+        reading = readAtEndOf(*std::exchange(movement_, std::nullopt));
     }
-    // The size was reckoned with another decoration than the window has now.
-    send(movement.window, *reading, movement.target);
-    const Movement correction = *std::exchange(movement_, std::nullopt);
-    return readUntil(correction, hasArrived(correction));
+    return reading;
 }
 
 AXError WindowMover::setPosition(const WindowRef& window, CGPoint position) {
@@ -136,7 +135,7 @@ void WindowMover::endTurn() {
     takeAhead(nullptr);
     sendHeldPosition();
     isReadingCurrent_ = false;
-    isReleased_ = false;
+    releasedFrom_ = {};
     if (movement_ && std::chrono::steady_clock::now() > movement_->deadline) {
         movement_.reset();
     }
@@ -190,7 +189,7 @@ void WindowMover::send(const WindowRef& window, const FrameReading& reading, Pix
                          .target = target,
                          .decoration = decoration,
                          .shadow = shadow,
-                         .isFromHeldState = std::exchange(isReleased_, false),
+                         .releasedFrom = std::exchange(releasedFrom_, {}),
                          .checkpoint = windowManager_.requestCheckpoint(),
                          .deadline = std::chrono::steady_clock::now() + patience};
     xcb_flush(connection_.xcb());
@@ -218,14 +217,13 @@ AXError WindowMover::prepare(const WindowRef& window, bool FrameReading::*permis
         // Moves are ignored in these states, and the decoration and the permissions are others without them: wait until
         // the state is off.
         setStates(*window, before, stateRemove);
-        const Movement release{.window = window,
-                               .checkpoint = windowManager_.requestCheckpoint(),
-                               .deadline = std::chrono::steady_clock::now() + patience};
         movement_.reset();
-        if (!readUntil(release, [](const FrameReading&) { return false; })) {
+        if (!readAtEndOf({.window = window,
+                          .checkpoint = windowManager_.requestCheckpoint(),
+                          .deadline = std::chrono::steady_clock::now() + patience})) {
             return kAXErrorInvalidUIElement;
         }
-        isReleased_ = true;
+        releasedFrom_ = before.isFullscreen ? HeldState::fullscreen : HeldState::maximized;
     }
     if (!reading_.isHeld() && reading_.*permission) {
         return kAXErrorSuccess;
@@ -296,10 +294,9 @@ std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
     return ahead.isLate && readWindow_ == window && isOtherSize ? reading_ : reading;
 }
 
-/// Reads the window until the condition holds, the window manager has answered or the movement's time is up, whichever
+/// Reads the window until it is at the movement's target, the window manager has answered or the time is up, whichever
 /// comes first, and returns the last reading.
-template <class Condition>
-std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Condition isDone) {
+std::optional<FrameReading> WindowMover::readAtEndOf(const Movement& movement) {
     awaited_ = movement.window->id;
     std::optional<FrameReading> reading;
     for (;;) {
@@ -307,10 +304,8 @@ std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Con
         const bool hasAnswered = windowManager_.hasReached(movement.checkpoint);
         hasChanged_ = false;
         reading = ask(movement.window);
-        // metacity decorates a window that was fullscreen some time after it has answered.
-        const bool mayGetDecoration = movement.isFromHeldState && reading && reading->isBare();
         // The deadline is asked for each time: a window that never stops changing must not keep anybody waiting.
-        if (!reading || isDone(*reading) || (hasAnswered && !mayGetDecoration) ||
+        if (!reading || hasEnded(movement, *reading, hasAnswered) ||
             std::chrono::steady_clock::now() >= movement.deadline) {
             break;
         }
@@ -321,6 +316,20 @@ std::optional<FrameReading> WindowMover::readUntil(const Movement& movement, Con
     }
     awaited_ = XCB_WINDOW_NONE;
     return reading;
+}
+
+bool WindowMover::hasEnded(const Movement& movement, const FrameReading& now, bool hasAnswered) {
+    switch (movement.releasedFrom) {
+    case HeldState::none:
+        return hasAnswered || now.frame == movement.target;
+    case HeldState::maximized:
+        // It may get its decoration while it moves.
+        return hasAnswered;
+    case HeldState::fullscreen:
+        // metacity decorates it some time after it has answered.
+        return hasAnswered && (now.decoration != Extents{} || now.shadow != Extents{});
+    }
+    return true;
 }
 
 } // namespace brisk::x11

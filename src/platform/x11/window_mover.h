@@ -9,6 +9,7 @@
 #include "platform/x11/window_manager_peer.h"
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 
 namespace brisk::x11 {
@@ -54,7 +55,8 @@ private:
         WindowRef window;
         CGPoint position;
     };
-    /// A move under way.
+    enum class HeldState : std::uint8_t { none, maximized, fullscreen };
+    /// A move under way, or, with an empty target, a change of state alone.
     struct Movement {
         WindowRef window;
         PixelRect start{};
@@ -62,7 +64,7 @@ private:
         /// What the size was reckoned with.
         Extents decoration{};
         Extents shadow{};
-        bool isFromHeldState = false;
+        HeldState releasedFrom = HeldState::none;
         WindowManagerPeer::Checkpoint checkpoint = 0;
         std::chrono::steady_clock::time_point deadline;
     };
@@ -78,8 +80,8 @@ private:
     void leaveTile(const Window& window);
     std::optional<FrameReading> ask(const WindowRef& window);
     std::optional<FrameReading> takeAhead(const WindowRef& window);
-    template <class Condition>
-    std::optional<FrameReading> readUntil(const Movement& movement, Condition isDone);
+    std::optional<FrameReading> readAtEndOf(const Movement& movement);
+    static bool hasEnded(const Movement& movement, const FrameReading& now, bool hasAnswered);
 
     Connection& connection_;
     const Atoms& atoms_;
@@ -91,8 +93,8 @@ private:
     WindowRef readWindow_;
     FrameReading reading_;
     bool isReadingCurrent_ = false;
-    /// Whether that window was maximized or fullscreen until now.
-    bool isReleased_ = false;
+    /// What that window was until now.
+    HeldState releasedFrom_ = HeldState::none;
     /// The window whose changes are waited for, and whether there was one.
     xcb_window_t awaited_ = XCB_WINDOW_NONE;
     bool hasChanged_ = false;
