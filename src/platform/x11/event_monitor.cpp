@@ -300,7 +300,7 @@ void EventMonitor::deal(const Notice& notice) {
         break;
     case Notice::Kind::motion:
         if (drag_) {
-            move();
+            reportDrag();
         }
         break;
     case Notice::Kind::modifiers:
@@ -335,7 +335,7 @@ void EventMonitor::begin(std::uint32_t button) {
     };
 }
 
-void EventMonitor::move() {
+void EventMonitor::reportDrag() {
     if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
         readAhead_.ask();
     }
@@ -347,20 +347,22 @@ void EventMonitor::move() {
     });
     if (pointer && (pointer->state & XCB_BUTTON_MASK_1) == 0 && !isReleaseHeard) {
         end(0);
-    } else {
-        if (isReleaseHeard) {
-            readAhead_.dragHasEnded();
-        }
-        pointerOfReport_ = pointer;
-        reportDrag();
+        return;
     }
+    if (isReleaseHeard) {
+        readAhead_.dragHasEnded();
+    }
+    pointerOfReport_ = pointer;
+    // One interval after the other, so that a mouse as fast as the reports is not put off by its own jitter.
+    nextDragReport_ = std::max(nextDragReport_, Clock::now() - dragSlack) + dragInterval;
+    report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 
 void EventMonitor::change(std::uint16_t modifiers) {
     const bool isShiftChange = ((drag_->modifiers ^ modifiers) & XCB_MOD_MASK_SHIFT) != 0;
     drag_->modifiers = modifiers;
     if (isShiftChange) {
-        move();
+        reportDrag();
     }
 }
 
@@ -376,12 +378,6 @@ void EventMonitor::forgetDrag() {
         std::exchange(timer_, nullptr)->cancel();
     }
     select(Selection::buttons);
-}
-
-void EventMonitor::reportDrag() {
-    // One interval after the other, so that a mouse as fast as the reports is not put off by its own jitter.
-    nextDragReport_ = std::max(nextDragReport_, Clock::now() - dragSlack) + dragInterval;
-    report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 
 void EventMonitor::report(NSEventType type, std::uint16_t modifiers) {

@@ -91,7 +91,6 @@ private:
     bool mustWait(const Notice& notice);
     void deal(const Notice& notice);
     void begin(std::uint32_t button);
-    void move();
     void change(std::uint16_t modifiers);
     void end(std::uint16_t modifiers);
     void forgetDrag();
