@@ -139,12 +139,13 @@ BriskSettingsWindowController::~BriskSettingsWindowController() {
 }
 
 void BriskSettingsWindowController::show(SettingsPane pane) {
-    if (!window_->isVisible()) {
+    const bool isOpening = !window_->isVisible();
+    if (isOpening) {
         // Before the pane is fitted to it.
         window_->setScreen(&screenUnderPointer());
     }
     select(pane);
-    if (!window_->isVisible()) {
+    if (isOpening) {
         window_->layout()->activate();
         centreOnScreen(*window_);
     }
@@ -152,21 +153,10 @@ void BriskSettingsWindowController::show(SettingsPane pane) {
 }
 
 bool BriskSettingsWindowController::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == window_.get() && event->type() == QEvent::Close) {
-        // Once it is hidden.
-        QMetaObject::invokeMethod(this, &BriskSettingsWindowController::giveBackPicture, Qt::QueuedConnection);
-        if (callbacks_.onClose) {
-            callbacks_.onClose();
-        }
+    if (watched == window_.get() && event->type() == QEvent::Close && callbacks_.onClose) {
+        callbacks_.onClose();
     }
     return QObject::eventFilter(watched, event);
-}
-
-/// Hidden, the window would keep the picture it was shown by, and hidden is what it mostly is.
-void BriskSettingsWindowController::giveBackPicture() {
-    if (!window_->isVisible()) {
-        window_->destroy();
-    }
 }
 
 void BriskSettingsWindowController::select(SettingsPane pane) {

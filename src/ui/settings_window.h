@@ -10,7 +10,6 @@
 #include "platform/pasteboard.h"
 #include "settings/settings_store.h"
 #include "ui/hot_key_recorder_view.h"
-#include "ui/top_level_window.h"
 #include "ui/window_gap_controls.h"
 
 #include <QObject>
@@ -58,7 +57,6 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void giveBackPicture();
     void select(SettingsPane pane);
     QWidget* buildPane(SettingsPane pane);
     QWidget* buildGeneralPane();
@@ -80,7 +78,7 @@ private:
     SettingsWindowServices services_;
     Callbacks callbacks_;
     SettingsPaneSelection selection_;
-    std::unique_ptr<TopLevelWindow> window_;
+    std::unique_ptr<QWidget> window_;
     QWidget* contentContainer_;
     SettingsToolbar* toolbar_;
     /// Kept through every rebuild of the pane they are in.

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QMetaObject>
 
 namespace brisk {
 
@@ -16,6 +17,17 @@ QAccessibleInterface* makeAccessibleWindow(const QString&, QObject* object) {
 
 TopLevelWindow::TopLevelWindow() {
     QAccessible::installFactory(makeAccessibleWindow); // the second time and on, nothing
+}
+
+void TopLevelWindow::closeEvent(QCloseEvent* event) {
+    QWidget::closeEvent(event);
+    const auto giveBack = [this] {
+        if (!isVisible()) {
+            destroy();
+        }
+    };
+    // Once it is hidden, which it is not before all have heard of this.
+    QMetaObject::invokeMethod(this, giveBack, Qt::QueuedConnection);
 }
 
 } // namespace brisk
