@@ -18,8 +18,6 @@ namespace {
 constexpr int controlHeight = 24;
 constexpr int minimumControlWidth = 88;
 constexpr int maximumControlWidth = 240;
-/// Some styles let the title touch the edges.
-constexpr int titleMargin = 10;
 
 /// Keeps the key that ended a recording, while it is still held, from meaning anything else: Escape repeated would
 /// close the window, and a shortcut of our own menus would be carried out. Goes when that key does: other keys, the
@@ -101,7 +99,7 @@ HotKeyRecorderView::~HotKeyRecorderView() {
 QSize HotKeyRecorderView::sizeHint() const {
     // The same for all ordinary titles: what is beside it should not move at a click, and rows should be in line.
     const auto widthOf = [this](const QString& title) {
-        return fontMetrics().horizontalAdvance(title) + 2 * titleMargin;
+        return fontMetrics().horizontalAdvance(title) + 2 * buttonTitleMargin;
     };
     const int wanted = std::max(
         {QPushButton::sizeHint().width(), widthOf(text()), widthOf(QLatin1String(HotKeyRecorder::emptyTitle))});

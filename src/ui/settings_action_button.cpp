@@ -1,5 +1,7 @@
 #include "ui/settings_action_button.h"
 
+#include "ui/theme.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -10,10 +12,8 @@ QPushButton* settingsActionButton(const QString& title, std::function<void()> ha
     button->setAccessibleName(accessibleName.isEmpty() ? title : accessibleName);
     // Return is no dialog's here.
     button->setAutoDefault(false);
-    // Some styles let the title touch the edges.
-    constexpr int titleMargin = 12;
     const int titleWidth = button->fontMetrics().horizontalAdvance(title);
-    button->setMinimumWidth(std::max(button->sizeHint().width(), titleWidth + 2 * titleMargin));
+    button->setMinimumWidth(std::max(button->sizeHint().width(), titleWidth + 2 * buttonTitleMargin));
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     QObject::connect(button, &QPushButton::clicked, button, std::move(handler));
     return button;

@@ -34,6 +34,9 @@ QColor themeColor(ColorRole role, const QPalette& palette);
 /// `background` (WCAG 2.1, 1.4.3). Both opaque.
 QColor readableOn(const QColor& background, QColor color);
 
+/// Room on either side of a button's title: some styles let it touch the edges.
+inline constexpr int buttonTitleMargin = 12;
+
 /// The desktop's interface font in `pixelSize` pixels at scale 1.
 QFont themeFont(int pixelSize, QFont::Weight weight = QFont::Normal);
 
