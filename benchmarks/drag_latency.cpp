@@ -20,7 +20,6 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
-#include <span>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -69,7 +68,7 @@ public:
     DragScene(const std::string& program, Compositor compositor, bool hasZones) {
         if (compositor == Compositor::picom) {
             compositor_.emplace(std::vector<std::string>{"picom", "--backend", "xrender"}, server_.environment());
-            await([this] { return isCompositing(); }, "picom");
+            await([this] { return desktop_.isCompositing(); }, "picom");
         }
         server_.home().write("data/brisk/native-settings.json", settings(hasZones));
         brisk_.emplace(std::vector<std::string>{program}, server_.environment(), SIGTERM);
@@ -84,15 +83,9 @@ public:
         keyboard_.press(Key::u, {Key::leftControl, Key::leftAlt});
         await([&] { return desktop_.visibleFrame(window_)->height < screenSize.height; }, "the quarter");
 
-        const auto frame = *desktop_.visibleFrame(window_);
-        pointer_.moveTo(frame.x + frame.width / 2, frame.y + 8);
-        pointer_.down();
-        await(
-            [&] {
-                pointer_.moveBy(2, 2);
-                return desktop_.visibleFrame(window_)->x > frame.x + 20;
-            },
-            "the window's move");
+        if (!pointer_.takeByTitle(window_, [this] { client_.dispatchEvents(); })) {
+            throw std::runtime_error("the window does not follow the pointer");
+        }
         keyboard_.down(Key::leftShift);
         if (hasZones) {
             await([this] { return findOverlay(); }, "the overlay");
@@ -170,23 +163,13 @@ private:
         }
     }
 
-    bool isCompositing() {
-        const Reply<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(
-            desktop_.xcb(), xcb_get_selection_owner(desktop_.xcb(), desktop_.atom("_NET_WM_CM_S0")), nullptr)};
-        return owner && owner->owner != XCB_WINDOW_NONE;
-    }
-
     bool findOverlay() {
-        const Reply<xcb_query_tree_reply_t> tree{
-            xcb_query_tree_reply(desktop_.xcb(), xcb_query_tree(desktop_.xcb(), desktop_.root()), nullptr)};
-        const std::span children(xcb_query_tree_children(tree.get()),
-                                 static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-        const auto found = std::ranges::find_if(children, [this](xcb_window_t child) {
-            const auto owner = desktop_.cardinals(child, "_NET_WM_PID");
-            return owner.size() == 1 && owner.front() == static_cast<std::uint32_t>(brisk_->id()) &&
-                   desktop_.isViewable(child) && desktop_.clientRect(child)->width == screenSize.width;
+        const auto own = desktop_.windowsOf("brisk");
+        const auto found = std::ranges::find_if(own, [this](xcb_window_t window) {
+            const auto rect = desktop_.clientRect(window);
+            return rect && rect->width == screenSize.width;
         });
-        if (found == children.end()) {
+        if (found == own.end()) {
             return false;
         }
         overlay_ = *found;

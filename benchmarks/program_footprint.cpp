@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <stdexcept>
@@ -29,32 +28,16 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr std::uint16_t controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 
-/// Sum of the number that follows `name` in the files of /proc that hold it.
-long numberAfter(const std::string& name, const std::filesystem::path& file) {
-    std::ifstream lines(file);
-    for (std::string word; lines >> word;) {
-        if (word == name) {
-            long number = 0;
-            lines >> number;
-            return number;
-        }
-    }
-    throw std::runtime_error("no " + name + " in " + file.string());
-}
-
-std::filesystem::path folderOf(const Process& process) {
-    return "/proc/" + std::to_string(process.id());
-}
-
 double proportionalMebibytes(const Process& process) {
-    return static_cast<double>(numberAfter("Pss:", folderOf(process) / "smaps_rollup")) / 1024;
+    return static_cast<double>(processNumber(process.id(), "smaps_rollup", "Pss:")) / 1024;
 }
 
 /// Of all its threads.
 long voluntarySwitches(const Process& process) {
     long sum = 0;
-    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
-        sum += numberAfter("voluntary_ctxt_switches:", thread.path() / "status");
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process.id()) + "/task")) {
+        sum += processNumber(process.id(), "task/" + thread.path().filename().string() + "/status",
+                             "voluntary_ctxt_switches:");
     }
     return sum;
 }
@@ -100,10 +83,10 @@ public:
         std::this_thread::sleep_for(duration);
         const long switches = voluntarySwitches(brisk) - before;
 
-        const PixelSize size = openAndCloseSettings(brisk);
+        const PixelSize size = openAndCloseSettings();
         stop(bare, Key::digit1);
         bare = run({bareTray_, std::to_string(size.width), std::to_string(size.height)}, Key::digit1);
-        closeWindowOf(bare);
+        closeWindowOf("bare_tray");
         waitForRest(brisk);
         waitForRest(bare);
         const double briskAfter = proportionalMebibytes(brisk);
@@ -167,33 +150,21 @@ private:
         }
     }
 
-    xcb_window_t windowOf(const Process& process) {
-        for (const xcb_window_t window : desktop_.clients()) {
-            const auto owner = desktop_.cardinals(window, "_NET_WM_PID");
-            if (owner.size() == 1 && owner.front() == static_cast<std::uint32_t>(process.id()) &&
-                desktop_.isViewable(window)) {
-                return window;
-            }
-        }
-        return XCB_WINDOW_NONE;
-    }
-
-    /// Closes the window once it was there for a while, as after a look at it.
-    PixelSize closeWindowOf(const Process& process) {
-        await([&] { return windowOf(process) != XCB_WINDOW_NONE; }, "a window's opening");
+    /// Closes the one window of a program once it was there for a while, as after a look at it.
+    PixelSize closeWindowOf(const std::string& program) {
+        await([&] { return !desktop_.windowsOf(program).empty(); }, "a window's opening");
         std::this_thread::sleep_for(std::chrono::seconds(1));
-        const xcb_window_t window = windowOf(process);
+        const xcb_window_t window = desktop_.windowsOf(program).front();
         const PixelRect area = desktop_.clientRect(window).value();
-        constexpr std::uint32_t fromPager = 2;
-        desktop_.sendToWindowManager(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, fromPager, 0, 0, 0});
-        await([&] { return windowOf(process) == XCB_WINDOW_NONE; }, "a window's closing");
+        desktop_.requestClose(window);
+        await([&] { return desktop_.windowsOf(program).empty(); }, "a window's closing");
         return {.width = area.width, .height = area.height};
     }
 
-    PixelSize openAndCloseSettings(const Process& brisk) {
+    PixelSize openAndCloseSettings() {
         // A second copy hands over to the first one and ends.
-        Process second({brisk_}, server_.environment());
-        return closeWindowOf(brisk);
+        const Process second({brisk_}, server_.environment());
+        return closeWindowOf("brisk");
     }
 
     std::string bareTray_;

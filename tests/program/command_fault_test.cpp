@@ -2,9 +2,6 @@
 
 #include <array>
 #include <chrono>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <thread>
@@ -56,27 +53,16 @@ TEST_F(CommandFault, AFrozenApplicationIsMovedAndKeepsNobodyWaiting) {
 }
 
 TEST_F(CommandFault, TheWindowManagerGoesAndAnotherComes) {
-    struct Row {
-        const char* why;
-        std::function<void()> happens;
-    };
-    for (const Row& row : {
-             Row{"killed", [&] { windowManager_->kill(); }},
-             Row{"replaced", [&] { windowManager_->replace(); }},
-             Row{"frozen", [&] { windowManager_->process().pause(); }},
-         }) {
+    for (const WindowManagerFault& fault : windowManagerFaults) {
         for (const auto moment : {0us, 700us, 1500us}) {
-            SCOPED_TRACE(row.why);
+            SCOPED_TRACE(fault.why);
             const xcb_window_t window = openWindow();
             press(Key::left);
             std::this_thread::sleep_for(moment);
-            row.happens();
+            fault.happensTo(*windowManager_);
             // With nobody there to ask.
             press(Key::right);
-            if (windowManager_->isKilled()) {
-                windowManager_->start();
-            }
-            windowManager_->process().resume();
+            windowManager_->recover();
             expectAnswersTheNextHotKey();
             client_.close(window);
         }
@@ -111,19 +97,14 @@ TEST_F(CommandFault, TheKeyboardChangesAllTheTime) {
 /// Another program holds one of the hot keys at the start.
 class HeldHotKey : public RunningProgram {
 protected:
-    std::string settingsFile() const {
-        std::ifstream file(server_.home().path() + "/data/brisk/native-settings.json");
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     /// By the keys alone: the toolbar comes first, then the gap's field and its stepper.
     void stepGapInSettings() {
-        Process again({BRISK_PROGRAM_PATH}, server_.environment());
+        const Process again = startAgain();
         ASSERT_TRUE(focusedDialog()) << "the settings";
-        constexpr auto tab = static_cast<Key>(23);
-        for (const Key key : {Key::right, tab, tab, Key::up}) {
+        for (const Key key : {Key::right, Key::tab, Key::tab, Key::up}) {
             press(key, {});
         }
-        ASSERT_TRUE(waitUntil([&] { return settingsFile().find("\"windowGap\": 1") != std::string::npos; }));
+        ASSERT_TRUE(waitUntil([&] { return savedSettings().find("\"windowGap\": 1") != std::string::npos; }));
     }
 
     static constexpr std::uint16_t controlAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <csignal>
-#include <functional>
 #include <string>
 #include <sys/wait.h>
 #include <utility>
@@ -27,13 +26,8 @@ protected:
     }
     Process startCompositor() {
         Process compositor({"picom", "--backend", "xrender"}, server_.environment());
-        EXPECT_TRUE(wait([&] { return isCompositing(); })) << compositor.errors();
+        EXPECT_TRUE(wait([&] { return desktop_.isCompositing(); })) << compositor.errors();
         return compositor;
-    }
-    bool isCompositing() {
-        const Reply<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(
-            desktop_.xcb(), xcb_get_selection_owner(desktop_.xcb(), desktop_.atom("_NET_WM_CM_S0")), nullptr)};
-        return owner && owner->owner != XCB_WINDOW_NONE;
     }
 };
 
@@ -90,28 +84,17 @@ TEST_F(DragFault, AFrozenWindowIsDroppedAllTheSame) {
 }
 
 TEST_F(DragFault, TheWindowManagerGoesAndAnotherComes) {
-    struct Row {
-        const char* why;
-        std::function<void()> happens;
-    };
-    for (const Row& row : {
-             Row{"killed, and started again later", [&] { windowManager_->kill(); }},
-             Row{"replaced", [&] { windowManager_->replace(); }},
-             Row{"frozen", [&] { windowManager_->process().pause(); }},
-         }) {
-        SCOPED_TRACE(row.why);
+    for (const WindowManagerFault& fault : windowManagerFaults) {
+        SCOPED_TRACE(fault.why);
         const xcb_window_t window = openWindow();
         putAt(window, startFrame);
         takeByTitle(window);
         pressShift();
-        row.happens();
+        fault.happensTo(*windowManager_);
         pointer_.moveBy(5, 5);
         letGo();
         EXPECT_TRUE(wait([&] { return !isOverlayShown(); }));
-        if (windowManager_->isKilled()) {
-            windowManager_->start();
-        }
-        windowManager_->process().resume();
+        windowManager_->recover();
         expectAllWellAgain();
         client_.close(window);
     }
@@ -128,7 +111,7 @@ TEST_F(DragFault, ACompositorComesAndGoes) {
         pointer_.moveBy(5, 5);
         EXPECT_TRUE(wait([&] { return isOverlayShown(); }));
         compositor.stop();
-        ASSERT_TRUE(wait([&] { return !isCompositing(); }));
+        ASSERT_TRUE(wait([&] { return !desktop_.isCompositing(); }));
         pointer_.moveBy(5, 5);
         EXPECT_TRUE(wait([&] { return isOverlayShown(); }));
     }

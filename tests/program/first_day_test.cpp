@@ -2,7 +2,6 @@
 #include "desktop/controls/user.h"
 #include "program/running_drag.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,80 +15,66 @@ namespace {
 class FirstDay : public RunningDrag {
 protected:
     void SetUp() override {
-        if (!isInstalled("dbus-daemon")) {
-            GTEST_SKIP() << "dbus-daemon is not installed";
-        }
-        controls_ = std::make_unique<AccessibilityBus>(server_.environment());
-        user_ = std::make_unique<User>(desktop_, *controls_);
         settings_.clear();
         startWindowManager();
-        start(controls_->environment());
+        start(controls_.environment());
     }
 
-    void startAnotherCopy() {
-        Environment environment = controls_->environment();
-        environment.merge(server_.environment());
-        copy_ = std::make_unique<Process>(std::vector<std::string>{BRISK_PROGRAM_PATH}, environment);
-    }
     /// Nobody who cannot see the screen is left with a control that does not say what it is.
     void expectThatAllControlsAreNamed() {
-        for (const Control& control : controls_->controls()) {
+        for (const Control& control : controls_.controls()) {
             EXPECT_FALSE(control.isFocusable && control.name.empty()) << control.role << " at " << control.place;
         }
     }
-    /// The settings file, once the program has ended in order.
-    QJsonObject settingsFileAtTheEnd() {
+    /// What is stored, once the program has ended in order.
+    QJsonObject settingsAtTheEnd() {
         kill(program_->id(), SIGTERM);
         EXPECT_TRUE(waitUntil([&] { return !program_->isRunning(); }));
-        QFile file(QString::fromStdString(server_.home().path() + "/data/brisk/native-settings.json"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return QJsonDocument::fromJson(file.readAll()).object();
+        return QJsonDocument::fromJson(QByteArray::fromStdString(savedSettings())).object();
     }
 
-    std::unique_ptr<AccessibilityBus> controls_;
-    std::unique_ptr<User> user_;
-    std::unique_ptr<Process> copy_;
+    AccessibilityBus controls_{server_.environment()};
+    User user_{desktop_, controls_};
 };
 
 TEST_F(FirstDay, LeadsFromTheGuideToALayoutOfOnesOwn) {
-    user_->window("Welcome to Brisk");
+    user_.window("Welcome to Brisk");
     expectThatAllControlsAreNamed();
-    user_->press(Key::returnKey);
+    user_.press(Key::returnKey);
     // The permission is there already: the guide goes on by itself.
-    user_->window("You're Set");
-    user_->click("push button", "Done");
+    user_.window("You're Set");
+    user_.click("push button", "Done");
     ASSERT_TRUE(waitUntil([&] { return programWindows().empty(); }));
 
-    // Where there is no tray, as here, another start leads to the settings.
-    startAnotherCopy();
-    user_->window("General — Brisk Settings");
+    const Process again = startAgain();
+    user_.window("General — Brisk Settings");
     expectThatAllControlsAreNamed();
-    user_->click("page tab", "Windows");
-    user_->window("Windows — Brisk Settings");
+    user_.click("page tab", "Windows");
+    user_.window("Windows — Brisk Settings");
     expectThatAllControlsAreNamed();
-    user_->scrollTo("push button", "Add Layout…");
-    user_->click("push button", "Add Layout…");
+    user_.scrollTo("push button", "Add Layout…");
+    user_.click("push button", "Add Layout…");
 
-    user_->window("Add Custom Window Layout");
+    user_.window("Add Custom Window Layout");
     expectThatAllControlsAreNamed();
     for (const Key key : {Key::k, Key::i, Key::c, Key::k}) {
-        user_->press(key);
+        user_.press(key);
     }
     // The two columns in the middle, from the top down to the last row but one.
-    const PixelRect grid = user_->control("graphic", "Target area").place;
+    const PixelRect grid = user_.control("graphic", "Target area").place;
     pointer_.moveTo(grid.x + grid.width * 3 / 8, grid.y + grid.height / 8);
     pointer_.down();
     pointer_.moveTo(grid.x + grid.width * 5 / 8, grid.y + grid.height * 5 / 8);
     pointer_.up();
-    user_->control("label", "2×3 area on a 4×4 grid");
-    const auto shortcut = [&] { return user_->control("push button", "Window shortcut").description; };
-    user_->click("push button", "Window shortcut");
-    user_->await([&] { return shortcut().starts_with("Recording"); }, "the recording");
+    user_.control("label", "2×3 area on a 4×4 grid");
+    const auto shortcut = [&] { return user_.control("push button", "Window shortcut").description; };
+    user_.click("push button", "Window shortcut");
+    user_.await([&] { return shortcut().starts_with("Recording"); }, "the recording");
     press(Key::digit1);
-    user_->await([&] { return shortcut().starts_with("⌃⌥1"); }, "the shortcut");
-    user_->click("check box", "Available as a drag target");
-    user_->click("push button", "Save");
-    user_->control("label", "2×3 area on a 4×4 grid · Drag target");
+    user_.await([&] { return shortcut().starts_with("⌃⌥1"); }, "the shortcut");
+    user_.click("check box", "Available as a drag target");
+    user_.click("push button", "Save");
+    user_.control("label", "2×3 area on a 4×4 grid · Drag target");
 
     const PixelRect area{.x = 360, .y = 0, .width = 720, .height = 675};
     window_ = openWindow();
@@ -104,7 +89,7 @@ TEST_F(FirstDay, LeadsFromTheGuideToALayoutOfOnesOwn) {
     keyboard_.up(Key::leftShift);
     EXPECT_TRUE(comesTo(window_, area));
 
-    const QJsonObject settings = settingsFileAtTheEnd();
+    const QJsonObject settings = settingsAtTheEnd();
     EXPECT_TRUE(settings["hasCompletedOnboarding"].toBool());
     const QJsonArray layouts = settings["customWindowLayouts"].toArray();
     ASSERT_EQ(layouts.size(), 1);

@@ -3,9 +3,6 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <string>
 #include <sys/wait.h>
 
@@ -23,8 +20,7 @@ protected:
         start({{"LD_PRELOAD", BRISK_HELD_DISK_PATH}, {"BRISK_HELD_DISK", hold_}});
         const auto guide = focusedDialog();
         ASSERT_TRUE(guide);
-        constexpr std::uint32_t sourcePager = 2;
-        desktop_.sendToWindowManager(*guide, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, sourcePager});
+        desktop_.requestClose(*guide);
         ASSERT_TRUE(waitUntil([&] { return programWindows().empty() && !temporaries().empty(); }));
         ASSERT_EQ(savedSettings(), settings_);
     }
@@ -33,10 +29,6 @@ protected:
         return waitUntil([&] { return !program_->isRunning(); }, deadline);
     }
     void letGo() const { std::filesystem::remove(hold_); }
-    std::string savedSettings() const {
-        std::ifstream file(folder_ + "/native-settings.json");
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     bool isSaved() const { return savedSettings().find("\"hasCompletedOnboarding\": true") != std::string::npos; }
     std::vector<std::string> temporaries() const {
         std::vector<std::string> names;

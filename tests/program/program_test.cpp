@@ -48,8 +48,7 @@ TEST_P(ProgramUnder, MovesWindowsAndPutsItsAlertsInFront) {
                                               .motifFunctions = WindowDescription::motifClose});
     press(Key::left);
     if (const auto second = focusedDialog()) {
-        constexpr auto escape = static_cast<Key>(9);
-        press(escape, {});
+        press(Key::escape, {});
         EXPECT_TRUE(waitUntil([&] { return programWindows().empty() && desktop_.activeWindow() == stubborn; }));
     } else {
         ADD_FAILURE() << "no alert for a window that cannot be moved";

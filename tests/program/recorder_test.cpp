@@ -13,35 +13,29 @@ constexpr const char* keyBindings =
 class Recorder : public RunningProgram {
 protected:
     void SetUp() override {
-        if (!isInstalled("dbus-daemon")) {
-            GTEST_SKIP() << "dbus-daemon is not installed";
-        }
-        controls_ = std::make_unique<AccessibilityBus>(server_.environment());
-        user_ = std::make_unique<User>(desktop_, *controls_);
         windowManager_ = std::make_unique<WindowManager>(server_, keyBindings);
-        start(controls_->environment());
-        // Where there is no tray, as here, another start leads to the settings.
-        const Process copy({BRISK_PROGRAM_PATH}, server_.environment());
-        user_->window("General — Brisk Settings");
-        user_->click("page tab", "Windows");
-        settingsWindow_ = user_->window("Windows — Brisk Settings");
+        start(controls_.environment());
+        const Process again = startAgain();
+        user_.window("General — Brisk Settings");
+        user_.click("page tab", "Windows");
+        settingsWindow_ = user_.window("Windows — Brisk Settings");
     }
 
     void awaitDescription(const std::string& beginning) {
-        user_->await(
+        user_.await(
             [&] {
-                return user_->control("push button", "Window shortcut", "Left Half").description.starts_with(beginning);
+                return user_.control("push button", "Window shortcut", "Left Half").description.starts_with(beginning);
             },
             beginning);
     }
     void beginRecording() {
-        user_->click("push button", "Window shortcut", "Left Half");
+        user_.click("push button", "Window shortcut", "Left Half");
         awaitDescription("Recording");
     }
     int x() { return desktop_.clientRect(settingsWindow_)->x; }
 
-    std::unique_ptr<AccessibilityBus> controls_;
-    std::unique_ptr<User> user_;
+    AccessibilityBus controls_{server_.environment()};
+    User user_{desktop_, controls_};
     xcb_window_t settingsWindow_ = XCB_WINDOW_NONE;
 };
 

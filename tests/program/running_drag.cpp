@@ -1,7 +1,6 @@
 #include "program/running_drag.h"
 
 #include <chrono>
-#include <span>
 
 namespace brisk::desktop {
 
@@ -36,14 +35,8 @@ std::optional<PixelRect> RunningDrag::frameAtRest(xcb_window_t window) {
 }
 
 void RunningDrag::takeByTitle(xcb_window_t window) {
-    const auto before = desktop_.visibleFrame(window);
-    ASSERT_TRUE(before);
-    pointer_.moveTo(before->x + before->width / 2, before->y + 8);
-    pointer_.down();
-    ASSERT_TRUE(wait([&] {
-        pointer_.moveBy(1, 1);
-        return desktop_.visibleFrame(window)->x > before->x + 10;
-    })) << "the window manager does not move the window";
+    ASSERT_TRUE(pointer_.takeByTitle(window, [this] { client_.dispatchEvents(); }))
+        << "the window manager does not move the window";
 }
 
 void RunningDrag::pressShift() {
@@ -69,15 +62,9 @@ void RunningDrag::dragTo(int x, int y) {
 }
 
 std::optional<PixelRect> RunningDrag::overlay() {
-    const Reply<xcb_query_tree_reply_t> tree{
-        xcb_query_tree_reply(desktop_.xcb(), xcb_query_tree(desktop_.xcb(), desktop_.root()), nullptr)};
-    for (const xcb_window_t child : std::span(xcb_query_tree_children(tree.get()),
-                                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())))) {
-        // The only one of the program's windows that reaches over the height of a display without being anybody's.
-        const auto owner = desktop_.cardinals(child, "_NET_WM_PID");
-        const auto rect = desktop_.clientRect(child);
-        if (owner.size() == 1 && owner.front() == static_cast<std::uint32_t>(program_->id()) && rect &&
-            rect->height >= 450 && desktop_.isViewable(child)) {
+    for (const xcb_window_t window : programWindows()) {
+        // The only one that reaches over the height of a display.
+        if (const auto rect = desktop_.clientRect(window); rect && rect->height >= 450) {
             return rect;
         }
     }

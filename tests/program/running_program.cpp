@@ -8,7 +8,7 @@ void RunningProgram::startWindowManager(WindowManager::Kind kind) {
 
 void RunningProgram::start(const Environment& additions) {
     if (!settings_.empty()) {
-        server_.home().write("data/brisk/native-settings.json", settings_);
+        server_.home().write(settingsFile, settings_);
     }
     Environment environment = additions;
     environment.merge(server_.environment());
@@ -78,8 +78,7 @@ void RunningProgram::closeDialogs() {
     EXPECT_TRUE(waitUntil([&] {
         const auto dialogs = programWindows();
         if (!dialogs.empty() && desktop_.activeWindow() == dialogs.front()) {
-            constexpr auto escape = static_cast<Key>(9);
-            press(escape, {});
+            press(Key::escape, {});
         } else if (!dialogs.empty()) {
             desktop_.requestActivation(dialogs.front());
         }

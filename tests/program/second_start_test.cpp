@@ -9,16 +9,8 @@ namespace {
 
 class SecondStart : public RunningProgram {
 protected:
-    Process startAgain() { return {{BRISK_PROGRAM_PATH}, server_.environment()}; }
-
     bool comesToFront(const std::string& title) {
-        return waitUntil([&] {
-            const auto cookie = xcb_get_property(desktop_.xcb(), 0, desktop_.activeWindow(),
-                                                 desktop_.atom("_NET_WM_NAME"), XCB_ATOM_ANY, 0, 64);
-            const Reply<xcb_get_property_reply_t> reply{xcb_get_property_reply(desktop_.xcb(), cookie, nullptr)};
-            return reply && title == std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                                                 static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
-        });
+        return waitUntil([&] { return desktop_.title(desktop_.activeWindow()) == title; });
     }
     /// What the program says when it ends by itself; -1 while it does not.
     static int statusAtEnd(Process& program) {
@@ -51,7 +43,7 @@ TEST_F(SecondStart, ShowsTheSettingsOfTheFirst) {
     Process third = startAgain();
     EXPECT_EQ(statusAtEnd(third), EXIT_SUCCESS);
     EXPECT_TRUE(comesToFront("General — Brisk Settings"));
-    press(static_cast<Key>(24), {Key::leftControl}); // Q
+    press(Key::q, {Key::leftControl});
     EXPECT_EQ(statusAtEnd(*program_), EXIT_SUCCESS);
 }
 

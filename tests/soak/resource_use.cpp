@@ -1,9 +1,10 @@
 #include "soak/resource_use.h"
 
+#include "desktop/support/process.h"
+
 #include <xcb/res.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -14,19 +15,6 @@ namespace {
 
 constexpr const char* memory = "PSS kB";
 constexpr const char* residentMemory = "RSS kB";
-
-/// The value in kB of a line of one of the process's tables.
-long kilobytes(const std::filesystem::path& table, const std::string& name) {
-    std::ifstream file(table);
-    for (std::string word; file >> word;) {
-        if (word == name) {
-            long value = 0;
-            file >> value;
-            return value;
-        }
-    }
-    return 0;
-}
 
 long entries(const std::filesystem::path& folder) {
     return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
@@ -52,8 +40,8 @@ std::vector<std::uint32_t> connectionsOf(pid_t process, xcb_connection_t* xcb) {
 ResourceUse ResourceUse::of(pid_t process, DesktopConnection& desktop) {
     ResourceUse use;
     const auto folder = std::filesystem::path("/proc") / std::to_string(process);
-    use.measures_[memory] = kilobytes(folder / "smaps_rollup", "Pss:");
-    use.measures_[residentMemory] = kilobytes(folder / "status", "VmRSS:");
+    use.measures_[memory] = processNumber(process, "smaps_rollup", "Pss:");
+    use.measures_[residentMemory] = processNumber(process, "status", "VmRSS:");
     use.measures_["handles"] = entries(folder / "fd");
     use.measures_["threads"] = entries(folder / "task");
     xcb_connection_t* const xcb = desktop.xcb();

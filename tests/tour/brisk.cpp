@@ -82,7 +82,7 @@ void Brisk::goToMenuItem(int index) {
         },
         "the icon in the tray");
     const std::size_t before = stage_.desktop.windowsOf("brisk").size();
-    stage_.user.click(*icon);
+    stage_.pointer.click(*icon);
     stage_.user.await([&] { return stage_.desktop.windowsOf("brisk").size() > before; }, "the menu");
     for (int step = index < 0 ? index : index + 1; step != 0; step += step < 0 ? 1 : -1) {
         stage_.user.press(index < 0 ? Key::up : Key::down);

@@ -1,5 +1,7 @@
 #include "tour/scenes.h"
 
+#include <stdexcept>
+
 namespace brisk::tour {
 
 using desktop::Key;
@@ -7,7 +9,9 @@ using desktop::Key;
 void playDrag(Stage& stage, Brisk& brisk) {
     const Actor& actor = stage.actors().at(1);
     stage.activate(actor);
-    stage.user.takeByTitle(actor.window);
+    if (!stage.pointer.takeByTitle(actor.window)) {
+        throw std::runtime_error(actor.name + " does not follow the pointer");
+    }
     // Only now: with Shift from the start, openbox moves nothing.
     stage.keyboard.down(Key::leftShift);
     // Between the zones first, where none is under the pointer.

@@ -23,13 +23,10 @@ public:
     void click(const std::string& role, const std::string& name, const std::string& group = {});
     /// Turns the wheel until the active window shows a control that is further down in it.
     void scrollTo(const std::string& role, const std::string& name, const std::string& group = {});
-    void click(const PixelRect& place);
     void press(Key key, std::initializer_list<Key> modifiers = {}) { keyboard_.press(key, modifiers); }
 
     /// The active window, once it is the one of that title.
     xcb_window_t window(const std::string& title);
-    /// Takes a window by its title bar and moves it until it follows. The button stays down.
-    void takeByTitle(xcb_window_t window);
 
 private:
     DesktopConnection& desktop_;

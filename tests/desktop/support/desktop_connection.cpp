@@ -172,6 +172,21 @@ void DesktopConnection::addWindowsOf(const std::string& instanceName, xcb_window
     }
 }
 
+std::string DesktopConnection::title(xcb_window_t window) {
+    constexpr std::uint32_t length = 256;
+    const auto cookie = xcb_get_property(connection_, 0, window, atom("_NET_WM_NAME"), atom("UTF8_STRING"), 0, length);
+    const Reply<xcb_get_property_reply_t> name{xcb_get_property_reply(connection_, cookie, nullptr)};
+    return name ? std::string(static_cast<const char*>(xcb_get_property_value(name.get())),
+                              static_cast<std::size_t>(xcb_get_property_value_length(name.get())))
+                : std::string();
+}
+
+bool DesktopConnection::isCompositing() {
+    const auto cookie = xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S0"));
+    const Reply<xcb_get_selection_owner_reply_t> owner{xcb_get_selection_owner_reply(connection_, cookie, nullptr)};
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
 void DesktopConnection::requestFrame(xcb_window_t window, const PixelRect& visibleFrame) {
     const PixelExtents around = decorations(window);
     const PixelExtents shadow = extents(cardinals(window, "_GTK_FRAME_EXTENTS"));
@@ -188,6 +203,10 @@ void DesktopConnection::requestFrame(xcb_window_t window, const PixelRect& visib
 
 void DesktopConnection::requestActivation(xcb_window_t window) {
     sendToWindowManager(window, "_NET_ACTIVE_WINDOW", {sourcePager, XCB_CURRENT_TIME, 0, 0, 0});
+}
+
+void DesktopConnection::requestClose(xcb_window_t window) {
+    sendToWindowManager(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, sourcePager, 0, 0, 0});
 }
 
 } // namespace brisk::desktop

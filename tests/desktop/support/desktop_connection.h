@@ -64,10 +64,15 @@ public:
     /// The windows of clients with that instance name (`WM_CLASS`) that can be seen, managed or not, those docked in a
     /// tray included; not the tiny ones that toolkits make for themselves.
     std::vector<xcb_window_t> windowsOf(const std::string& instanceName);
+    /// Empty when it has none or is gone.
+    std::string title(xcb_window_t window);
+    /// Whether a compositor is there.
+    bool isCompositing();
 
     /// Asks the window manager, as a pager, to give a window this visible frame. It may take its time.
     void requestFrame(xcb_window_t window, const PixelRect& visibleFrame);
     void requestActivation(xcb_window_t window);
+    void requestClose(xcb_window_t window);
 
 private:
     void addWindowsOf(const std::string& instanceName, xcb_window_t parent, std::vector<xcb_window_t>& found);

@@ -1,5 +1,7 @@
 #include "desktop/support/input.h"
 
+#include "desktop/support/wait.h"
+
 #include <xcb/xtest.h>
 
 #include <algorithm>
@@ -70,6 +72,29 @@ void Pointer::down(std::uint8_t button) {
 void Pointer::up(std::uint8_t button) {
     fake(connection_, XCB_BUTTON_RELEASE, button);
     connection_.synchronize();
+}
+
+void Pointer::click(const PixelRect& place) {
+    moveTo(place.x + place.width / 2, place.y + place.height / 2);
+    down();
+    up();
+}
+
+bool Pointer::takeByTitle(xcb_window_t window, const std::function<void()>& meanwhile) {
+    const auto before = connection_.visibleFrame(window);
+    if (!before) {
+        return false;
+    }
+    moveTo(before->x + before->width / 2, before->y + 8);
+    down();
+    return waitUntil([&] {
+        if (meanwhile) {
+            meanwhile();
+        }
+        moveBy(1, 1);
+        const auto now = connection_.visibleFrame(window);
+        return now && now->x > before->x + 10;
+    });
 }
 
 } // namespace brisk::desktop

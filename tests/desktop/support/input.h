@@ -3,12 +3,14 @@
 #include "desktop/support/desktop_connection.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace brisk::desktop {
 
 /// X key codes of keys by their position on a PC keyboard with US labels (evdev code + 8).
 enum class Key : std::uint8_t {
+    escape = 9,
     digit1 = 10,
     digit2 = 11,
     digit3 = 12,
@@ -16,6 +18,8 @@ enum class Key : std::uint8_t {
     digit5 = 14,
     digit6 = 15,
     backspace = 22,
+    tab = 23,
+    q = 24,
     u = 30,
     i = 31,
     returnKey = 36,
@@ -60,6 +64,10 @@ public:
     void moveBy(int dx, int dy);
     void down(std::uint8_t button = 1);
     void up(std::uint8_t button = 1);
+    void click(const PixelRect& place);
+    /// Presses the button on a window's title bar and moves until the window follows; the button stays down. False when
+    /// it does not. `meanwhile` is called again and again.
+    [[nodiscard]] bool takeByTitle(xcb_window_t window, const std::function<void()>& meanwhile = {});
 
 private:
     DesktopConnection& connection_;

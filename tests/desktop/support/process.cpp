@@ -14,6 +14,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -201,6 +202,22 @@ std::string TemporaryDirectory::write(const std::string& relativePath, const std
         throw std::runtime_error("cannot write " + path.string());
     }
     return path.string();
+}
+
+std::string TemporaryDirectory::read(const std::string& relativePath) const {
+    std::ifstream file(std::filesystem::path(path_) / relativePath);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+long processNumber(pid_t process, const std::string& table, const std::string& name) {
+    const std::string path = "/proc/" + std::to_string(process) + '/' + table;
+    std::ifstream file(path);
+    for (std::string word; file >> word;) {
+        if (long number = 0; word == name && file >> number) {
+            return number;
+        }
+    }
+    throw std::runtime_error("no " + name + " in " + path);
 }
 
 bool isInstalled(const std::string& program) {

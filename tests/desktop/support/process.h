@@ -55,6 +55,10 @@ private:
     int errorFile_ = -1;
 };
 
+/// The number after a name in one of a process's tables below /proc: after "VmRSS:" in "status". Throws
+/// `std::runtime_error` when there is none.
+long processNumber(pid_t process, const std::string& table, const std::string& name);
+
 /// A directory that goes with everything in it.
 class TemporaryDirectory {
 public:
@@ -66,6 +70,8 @@ public:
     const std::string& path() const { return path_; }
     /// Writes a file below the directory, making the folders on its way, and returns its full path.
     std::string write(const std::string& relativePath, const std::string& content) const;
+    /// What a file below the directory holds; empty when there is none.
+    std::string read(const std::string& relativePath) const;
 
 private:
     std::string path_;

@@ -130,6 +130,13 @@ void WindowManager::kill() {
     process_.reset();
 }
 
+void WindowManager::recover() {
+    if (!process_) {
+        start();
+    }
+    process_->resume();
+}
+
 void WindowManager::start() {
     launch({});
     awaitReadiness();

@@ -25,9 +25,10 @@ public:
     Process& process() { return *process_; }
     /// Ends it as a crash would; windows stay, unmanaged.
     void kill();
-    bool isKilled() const { return !process_; }
     /// Starts it again, and waits until it manages windows.
     void start();
+    /// There again after whatever was done to it.
+    void recover();
     /// Another copy asks it to go, takes its place and manages windows.
     void replace();
 
