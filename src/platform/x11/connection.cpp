@@ -91,13 +91,22 @@ void Connection::dispatchEvents() {
         dispatch(*event);
         dispatchQueuedEvents();
     }
-    xcb_flush(connection_);
+    flush();
 }
 
-void Connection::dispatchQueuedEvents() {
+bool Connection::dispatchQueuedEvents() {
+    bool wereThere = false;
     while (const Event event{xcb_poll_for_queued_event(connection_)}) {
         dispatch(*event);
+        wereThere = true;
     }
+    return wereThere;
+}
+
+void Connection::flush() {
+    do {
+        xcb_flush(connection_);
+    } while (dispatchQueuedEvents());
 }
 
 bool Connection::waitForEvents(std::chrono::steady_clock::time_point deadline) {

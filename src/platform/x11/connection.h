@@ -22,8 +22,9 @@ using Event = Reply<xcb_generic_event_t>;
 
 /// Brisk's own connection to the X server, and the road of its events. Main thread only.
 ///
-/// The main loop calls `dispatchEvents` when `fileDescriptor` is readable and each time before it sleeps: a reply that
-/// was waited for brings earlier events along, and the descriptor does not signal those again.
+/// The main loop calls `dispatchEvents` when `fileDescriptor` is readable, and `dispatchQueuedEvents` and `flush` each
+/// time before it sleeps: a reply that was waited for brings earlier events along, and the descriptor does not signal
+/// those again.
 class Connection {
 public:
     using EventHandler = std::function<void(const xcb_generic_event_t&)>;
@@ -73,8 +74,11 @@ public:
     /// waits, and ends however fast events come.
     void dispatchEvents();
     /// The same for events that xcb has read already, without reading the socket: after a reply, so that what the
-    /// server said before it is known.
-    void dispatchQueuedEvents();
+    /// server said before it is known. Returns whether there were any.
+    bool dispatchQueuedEvents();
+    /// Sends the requests made so far. When xcb writes it reads as well, and the descriptor does not announce what it
+    /// has read: that is handed to the handlers, too.
+    void flush();
     /// Flushes requests, waits for events until `deadline` at most and hands those received to the handlers; false when
     /// the time is up, or the server is gone.
     bool waitForEvents(std::chrono::steady_clock::time_point deadline);
