@@ -1,7 +1,6 @@
 #include "app/window_manager_controller.h"
 
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
 namespace brisk {
@@ -85,10 +84,10 @@ void WindowManagerController::attachDragSnapping() {
 
 std::vector<WindowLayout> WindowManagerController::dragEnabledBuiltInLayouts() const {
     const auto& enabled = settingsStore_.settings.dragEnabledBuiltInWindowLayoutIDs;
-    const std::unordered_set<CommandIdentifier> identifiers(enabled.begin(), enabled.end());
     std::vector<WindowLayout> layouts;
-    std::ranges::copy_if(allWindowLayouts, std::back_inserter(layouts),
-                         [&](WindowLayout layout) { return identifiers.contains(commandIdentifier(layout)); });
+    std::ranges::copy_if(allWindowLayouts, std::back_inserter(layouts), [&](WindowLayout layout) {
+        return std::ranges::find(enabled, commandIdentifier(layout)) != enabled.end();
+    });
     return layouts;
 }
 

@@ -22,12 +22,15 @@ void WindowDragOverlayController::show(const std::vector<WindowDragZone>& zones,
                                        const std::optional<CommandIdentifier>& active, const ScreenInfo& screen) {
     const NativeWindowID window = panel();
     const bool appears = !std::exchange(isShown_, true);
-    const bool changes = view_.setZones(zonePictures(zones, active, screen.frame.origin), screen.frame.size);
-    if (appears || screen.frame != frame_) {
+    const bool moves = appears || screen.frame != frame_;
+    if (moves || zones != zones_ || active != active_) {
+        zones_ = zones;
+        active_ = active;
         frame_ = screen.frame;
-        nativeWindows_.setFrame(window, frame_);
-    }
-    if (appears || changes) {
+        view_.setZones(zonePictures(zones, active, frame_.origin), frame_.size);
+        if (moves) {
+            nativeWindows_.setFrame(window, frame_);
+        }
         // Before the panel appears: without a compositor it would be a black display for a moment.
         updateSurface();
     }
@@ -77,17 +80,7 @@ void WindowDragOverlayController::updateSurface() {
     }
     const bool isTranslucent = nativeWindows_.isCompositingActive();
     view_.setSurface(isTranslucent ? OverlaySurface::translucent : OverlaySurface::cutOut);
-    std::optional<std::vector<CGRect>> shape;
-    if (!isTranslucent) {
-        shape.emplace();
-        for (const QRect& rectangle : view_.cutOut()) {
-            shape->push_back(
-                {.origin = {.x = static_cast<double>(rectangle.x()), .y = static_cast<double>(rectangle.y())},
-                 .size = {.width = static_cast<double>(rectangle.width()),
-                          .height = static_cast<double>(rectangle.height())}});
-        }
-    }
-    nativeWindows_.setShape(panel(), shape);
+    nativeWindows_.setShape(panel(), isTranslucent ? std::nullopt : std::optional(view_.cutOut()));
 }
 
 } // namespace brisk

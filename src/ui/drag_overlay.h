@@ -36,6 +36,9 @@ private:
     QTimer compositingChange_;
     bool isPanelMade_ = false;
     bool isShown_ = false;
+    /// What is shown.
+    std::vector<WindowDragZone> zones_;
+    std::optional<CommandIdentifier> active_;
     CGRect frame_;
 };
 

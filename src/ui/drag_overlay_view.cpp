@@ -83,10 +83,7 @@ WindowDragOverlayView::WindowDragOverlayView()
     setFocusPolicy(Qt::NoFocus);
 }
 
-bool WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize displaySize) {
-    if (displaySize == displaySize_ && std::ranges::equal(zones, drawings_, {}, {}, &Drawing::zone)) {
-        return false;
-    }
+void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize displaySize) {
     if (displaySize != displaySize_) {
         displaySize_ = displaySize;
         drawings_.clear();
@@ -109,7 +106,6 @@ bool WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
     }
     drawings_ = std::move(drawings);
     update(changed);
-    return true;
 }
 
 void WindowDragOverlayView::setSurface(OverlaySurface surface) {
@@ -130,13 +126,19 @@ void WindowDragOverlayView::drawAnew() {
     update();
 }
 
-QRegion WindowDragOverlayView::cutOut() const {
-    QRegion region;
+std::vector<CGRect> WindowDragOverlayView::cutOut() const {
+    std::vector<CGRect> rectangles;
     for (const Drawing& drawing : drawings_) {
-        region |= drawing.outline;
-        region |= drawing.pillArea;
+        for (const QRegion* region : {&drawing.outline, &drawing.pillArea}) {
+            for (const QRect& rectangle : *region) {
+                rectangles.push_back(
+                    {.origin = {.x = static_cast<double>(rectangle.x()), .y = static_cast<double>(rectangle.y())},
+                     .size = {.width = static_cast<double>(rectangle.width()),
+                              .height = static_cast<double>(rectangle.height())}});
+            }
+        }
     }
-    return region;
+    return rectangles;
 }
 
 void WindowDragOverlayView::paintEvent(QPaintEvent* event) {

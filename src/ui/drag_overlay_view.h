@@ -20,14 +20,14 @@ public:
     WindowDragOverlayView();
 
     /// Shows these zones on a display of that size (both in points of the display) and repaints where the picture
-    /// changed. Says whether it did.
-    bool setZones(std::vector<ZonePicture> zones, CGSize displaySize);
+    /// changed.
+    void setZones(std::vector<ZonePicture> zones, CGSize displaySize);
     void setSurface(OverlaySurface surface);
     /// Draws everything anew for the scale that the display has now.
     void updateScale();
 
-    /// What is drawn on a cut-out surface: pixels of the display, y down.
-    QRegion cutOut() const;
+    /// What is drawn on a cut-out surface: rectangles that may overlap, in pixels of the display, y down.
+    std::vector<CGRect> cutOut() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
