@@ -22,10 +22,8 @@
 #include "ui/status_item.h"
 #include "ui/trust_explanation.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QMenuBar>
-#include <QSocketNotifier>
 
 #include <chrono>
 #include <csignal>
@@ -97,20 +95,15 @@ int main(int, char** argv) {
         }
     });
 
-    // Requests that wait for a reply bring events along that the descriptor does not announce: looked for before each
-    // sleep.
-    QSocketNotifier readable(desktop->fileDescriptor(), QSocketNotifier::Read);
-    const auto processEvents = [&] {
-        desktop->processEvents();
+    const auto endTurn = [&desktop] {
+        desktop->endTurn();
         if (desktop->isBroken()) {
             std::cerr << "Brisk lost its connection to the X server." << std::endl;
-            readable.setEnabled(false);
             QApplication::exit(EXIT_FAILURE);
         }
+        return desktop->isToBeWatched();
     };
-    QObject::connect(&readable, &QSocketNotifier::activated, &readable, processEvents);
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &readable,
-                     processEvents);
+    mainQueue.watch(desktop->fileDescriptor(), {.read = [&desktop] { desktop->processEvents(); }, .endTurn = endTurn});
     const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });
 
     qt::LinkOpener links([&trustExplanation] { trustExplanation.show(); });

@@ -14,9 +14,10 @@ struct EventLoop::Item final : DispatchWorkItem {
     void cancel() override { work = nullptr; }
 };
 
-void EventLoop::watch(int fileDescriptor, std::function<void()> processInput) {
+void EventLoop::watch(int fileDescriptor, std::function<void()> read, std::function<bool()> endTurn) {
     fileDescriptor_ = fileDescriptor;
-    processInput_ = std::move(processInput);
+    read_ = std::move(read);
+    endTurn_ = std::move(endTurn);
 }
 
 void EventLoop::async(std::function<void()> work) {
@@ -50,16 +51,19 @@ void EventLoop::runFor(std::chrono::milliseconds time) {
 }
 
 void EventLoop::turn(std::chrono::milliseconds longest) {
-    processInput_();
+    const bool isWatched = endTurn_();
     if (!queue_.empty()) {
         longest = std::chrono::milliseconds(0);
     } else if (!delayed_.empty()) {
         const auto untilDue = std::chrono::ceil<std::chrono::milliseconds>(delayed_.begin()->first - Clock::now());
         longest = std::clamp(untilDue, std::chrono::milliseconds(0), longest);
     }
-    pollfd input{.fd = fileDescriptor_, .events = POLLIN, .revents = 0};
+    // A negative descriptor is none.
+    pollfd input{.fd = isWatched ? fileDescriptor_ : -1, .events = POLLIN, .revents = 0};
     const bool isReadable = poll(&input, 1, static_cast<int>(longest.count())) > 0;
-    processInput_();
+    if (isReadable) {
+        read_();
+    }
     if (runDueWork() || isReadable) {
         ++wakeUps_;
     }

@@ -14,8 +14,9 @@ namespace brisk::desktop {
 /// as the program's own does.
 class EventLoop final : public MainQueue {
 public:
-    /// Calls `processInput` when the descriptor is readable, and each time before the loop sleeps.
-    void watch(int fileDescriptor, std::function<void()> processInput);
+    /// Calls `read` when the descriptor is readable, and `endTurn` each time before the loop sleeps: it says whether
+    /// the descriptor is to wake the loop.
+    void watch(int fileDescriptor, std::function<void()> read, std::function<bool()> endTurn);
 
     void async(std::function<void()> work) override;
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
@@ -35,7 +36,8 @@ private:
     bool runDueWork();
 
     int fileDescriptor_ = -1;
-    std::function<void()> processInput_;
+    std::function<void()> read_;
+    std::function<bool()> endTurn_;
     std::deque<std::function<void()>> queue_;
     std::multimap<Clock::time_point, std::shared_ptr<Item>> delayed_;
     unsigned wakeUps_ = 0;

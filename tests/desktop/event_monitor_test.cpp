@@ -41,7 +41,12 @@ using Reports = std::vector<Report>;
 class EventMonitorTest : public testing::Test {
 protected:
     EventMonitorTest() {
-        loop.watch(brisk->fileDescriptor(), [this] { brisk->processEvents(); });
+        loop.watch(
+            brisk->fileDescriptor(), [this] { brisk->processEvents(); },
+            [this] {
+                brisk->endTurn();
+                return brisk->isToBeWatched();
+            });
         watch();
         pointer.moveTo(5, 890);
         // The first key of another keyboard brings that one's map along.
@@ -52,6 +57,8 @@ protected:
         token = monitor.addGlobalMonitorForEventsMatchingMask(
             allEvents, [this](NSEventType type, NSEventModifierFlags flags) {
                 reports.push_back({.type = type, .isShiftHeld = (flags & NSEventModifierFlagShift) != 0});
+                EXPECT_FALSE(std::exchange(isWorkDue, true)) << "who is told has a turn before the next report";
+                loop.async([this] { isWorkDue = false; });
                 if (type == leftMouseDown) {
                     activeAtPress = desktop.activeWindow();
                 }
@@ -119,6 +126,7 @@ protected:
     GlobalEventMonitor& monitor = brisk->eventMonitor();
     std::optional<GlobalEventMonitor::Token> token;
     Reports reports;
+    bool isWorkDue = false;
     xcb_window_t activeAtPress = XCB_WINDOW_NONE;
 };
 
@@ -141,6 +149,7 @@ TEST_F(EventMonitorTest, AWindowsMoveIsReportedFromPressToRelease) {
 TEST_F(EventMonitorTest, MotionIsThinnedAndItsLastIsReported) {
     beginDrag(openElsewhere({}));
     const auto start = std::chrono::steady_clock::now();
+    const unsigned wakeUpsBefore = loop.wakeUps();
     for (int step = 0; step < 300; ++step) {
         pointer.moveBy(step % 2 == 0 ? 9 : -8, 0);
         loop.runFor(milliseconds(1));
@@ -148,6 +157,7 @@ TEST_F(EventMonitorTest, MotionIsThinnedAndItsLastIsReported) {
     const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
     EXPECT_GE(dragCount(), 10);
     EXPECT_LE(dragCount(), elapsed.count() / 8 + 2);
+    EXPECT_LE(loop.wakeUps() - wakeUpsBefore, 4 * dragCount()) << "the motion between two reports wakes nobody";
 
     // The motion before the release is younger than 8 ms and still precedes it.
     loop.runFor(milliseconds(20));
@@ -213,9 +223,10 @@ TEST_F(EventMonitorTest, AnInactiveWindowsPressIsReportedOnceItIsActive) {
         reports.clear();
         moveToTitle(target);
         pointer.down();
-        // Motion that comes while the press is held back must not overtake it.
-        ASSERT_TRUE(loop.runUntil([&] {
-            pointer.moveBy(round % 2 == 0 ? 1 : -1, 0);
+        // Motion that comes while the press is held back must not overtake it. To and fro: however long that takes, the
+        // two windows keep apart.
+        ASSERT_TRUE(loop.runUntil([&, step = 0]() mutable {
+            pointer.moveBy(step++ % 2 == 0 ? 1 : -1, 0);
             return dragCount() > 0;
         }));
         keyboard.down(Key::leftShift);

@@ -33,7 +33,12 @@ bool grab(DesktopConnection& client, Key key, std::uint16_t modifiers) {
 class HotKeysDesktop : public HotKeyPlatform {
 public:
     HotKeysDesktop() {
-        loop_.watch(connection_->fileDescriptor(), [this] { connection_->dispatchEvents(); });
+        loop_.watch(
+            connection_->fileDescriptor(), [this] { connection_->dispatchEvents(); },
+            [this] {
+                connection_->dispatchEvents();
+                return true;
+            });
     }
 
     HotKeyService& hotKeys() override { return *hotKeys_; }

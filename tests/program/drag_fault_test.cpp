@@ -1,5 +1,6 @@
 #include "program/running_drag.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <string>
@@ -59,6 +60,20 @@ TEST_F(DragFault, TheWindowGoesAtAnyStep) {
         goAt(released);
         expectAllWellAgain();
     }
+}
+
+TEST_F(DragFault, WhatComesUpGoesBelowTheZonesAtTheNextStep) {
+    takeByTitle(window_);
+    pressShift();
+    const xcb_window_t popup = client_.open({.client = {.width = 1440, .height = 900}, .overridesRedirect = true});
+    ASSERT_TRUE(wait([&] { return desktop_.topmostWindow() == popup; }));
+    pointer_.moveBy(1, 1);
+    EXPECT_TRUE(wait([&] { return desktop_.topmostWindow() != popup; }));
+    const auto own = programWindows();
+    EXPECT_NE(std::ranges::find(own, desktop_.topmostWindow()), own.end());
+    letGo();
+    client_.close(popup);
+    expectAllWellAgain();
 }
 
 TEST_F(DragFault, AFrozenWindowIsDroppedAllTheSame) {

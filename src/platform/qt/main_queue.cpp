@@ -1,7 +1,8 @@
 #include "platform/qt/main_queue.h"
 
-#include <QMetaObject>
+#include <QAbstractEventDispatcher>
 #include <QPointer>
+#include <QSocketNotifier>
 #include <QTimer>
 
 #include <cstddef>
@@ -28,17 +29,36 @@ private:
 
 } // namespace
 
+MainQueue::MainQueue() {
+    // All that wakes the loop has done its work by then: no wake-up of its own, no system call.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &context_,
+                     [this] { endTurn(); });
+}
+
+void MainQueue::watch(int fileDescriptor, Input input) {
+    input_ = std::move(input);
+    readable_ = new QSocketNotifier(fileDescriptor, QSocketNotifier::Read, &context_);
+    QObject::connect(readable_, &QSocketNotifier::activated, &context_, [this] { input_.read(); });
+}
+
 void MainQueue::async(std::function<void()> work) {
     works_.push_back(std::move(work));
-    if (!std::exchange(isScheduled_, true)) {
-        QMetaObject::invokeMethod(
-            &context_, [this] { runQueuedWork(); }, Qt::QueuedConnection);
+}
+
+void MainQueue::endTurn() {
+    const unsigned turn = ++turns_;
+    runQueuedWork();
+    if (readable_ != nullptr) {
+        readable_->setEnabled(input_.endTurn());
+    }
+    // A modal dialog that was opened by the work has had a loop of its own: what should have woken this one, such as
+    // the program's end, may have woken that.
+    if (!works_.empty() || turns_ != turn) {
+        QAbstractEventDispatcher::instance()->wakeUp();
     }
 }
 
 void MainQueue::runQueuedWork() {
-    // Before any work runs: a modal dialog opened there has a loop of its own, which goes on with what is queued.
-    isScheduled_ = false;
     // A command takes a few steps through this queue, which are not to cost it a turn of Qt's loop each. Who queues
     // without end leaves the rest to the next turn.
     constexpr std::size_t maximumSteps = 16;

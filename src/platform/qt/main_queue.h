@@ -7,20 +7,39 @@
 #include <deque>
 #include <functional>
 
+class QSocketNotifier;
+
 namespace brisk::qt {
 
-/// The main queue on Qt's event loop. Work that is still queued when it goes does not run.
+/// The main queue on Qt's event loop, which the application has made before; modal dialogs' loops go on with it. Work
+/// is run each time the loop is about to sleep. Work that is still queued when the queue goes does not run.
 class MainQueue final : public brisk::MainQueue {
 public:
+    /// What is read from a descriptor by hand.
+    struct Input {
+        /// Called when the descriptor is readable.
+        std::function<void()> read;
+        /// Called each time before the loop sleeps, after the queued work. Returns whether the descriptor is to wake
+        /// the loop from that sleep.
+        std::function<bool()> endTurn;
+    };
+
+    MainQueue();
+
+    /// Watches the one descriptor from now on.
+    void watch(int fileDescriptor, Input input);
     void async(std::function<void()> work) override;
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
 private:
+    void endTurn();
     void runQueuedWork();
 
     std::deque<std::function<void()>> works_;
-    bool isScheduled_ = false;
-    /// Receives the queued calls and owns the timers.
+    unsigned turns_ = 0;
+    Input input_;
+    QSocketNotifier* readable_ = nullptr;
+    /// Receives the loop's signals; owns the timers and the notifier.
     QObject context_;
 };
 

@@ -29,7 +29,11 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       keyInput_(*connection_),
       nativeWindows_(*connection_, displays_),
       eventMonitor_(*connection_, atoms_, displays_, mainQueue,
-                    {.ask = [this] { windowMover_.askAhead(windowTracker_.activeWindow()); },
+                    {.ask =
+                         [this] {
+                             windowMover_.askAhead(windowTracker_.activeWindow());
+                             nativeWindows_.askAgainForFront();
+                         },
                      .dragHasEnded = [this] { windowMover_.dragHasEnded(); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
@@ -41,10 +45,15 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
 
 void Desktop::processEvents() {
     connection_->dispatchEvents();
+    endTurn();
+}
+
+void Desktop::endTurn() {
+    connection_->dispatchQueuedEvents();
     windowMover_.endTurn();
     accessibility_.endTurn();
     windowTracker_.update();
-    xcb_flush(connection_->xcb());
+    connection_->flush();
 }
 
 } // namespace brisk::x11

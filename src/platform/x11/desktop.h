@@ -23,7 +23,8 @@ namespace brisk::x11 {
 
 /// The X11 desktop: one connection to the server and what the program needs of it. Main thread only.
 ///
-/// The main loop watches `fileDescriptor` and calls `processEvents` when it is readable and each time before it sleeps.
+/// The main loop watches `fileDescriptor`, calls `processEvents` when it is readable and `endTurn` each time before it
+/// sleeps.
 class Desktop {
 public:
     /// Connects to the display named, as the DISPLAY environment variable has it where null; null when that fails.
@@ -51,8 +52,14 @@ public:
     /// True once the server is gone, and nothing works any more.
     bool isBroken() const { return connection_->isBroken(); }
 
-    /// Takes in what the server has said, sends what was held back in this turn, and flushes.
+    /// Whether the descriptor is to wake the main loop from its next sleep; not when a timer is soon to do.
+    bool isToBeWatched() const { return !isBroken() && !eventMonitor_.isReportDue(); }
+
+    /// Takes in what the server has said, and ends the turn.
     void processEvents();
+    /// Takes in what came along with replies, which the descriptor does not announce any more, sends what was held back
+    /// in this turn, and flushes.
+    void endTurn();
 
 private:
     Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, std::function<void()> explainTrust);

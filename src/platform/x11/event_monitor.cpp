@@ -15,7 +15,7 @@ namespace {
 
 /// A display shows no more than 120 pictures a second, and each report costs its reader a look at the window.
 constexpr std::chrono::milliseconds dragInterval{8};
-/// Motion that is this little early for its report is not worth a sleep; the next report's time stays.
+/// Motion that is this little early for its report is not worth a sleep.
 constexpr std::chrono::milliseconds dragSlack{1};
 /// How long a press waits for its window to become active. Window managers take 3 to 9 ms; a press on what never
 /// becomes active is reported this late.
@@ -167,11 +167,13 @@ void EventMonitor::hear(const xcb_generic_event_t& event) {
 
 void EventMonitor::hearInput(const xcb_generic_event_t& event) {
     const std::uint16_t kind = as<xcb_ge_generic_event_t>(event).event_type;
+    const auto& raw = as<xcb_input_raw_button_press_event_t>(event);
     if (kind == XCB_INPUT_RAW_MOTION) {
+        isMotionDense_ = raw.time - std::exchange(lastMotion_, raw.time) < dragInterval.count();
         noteMotion();
         return;
     }
-    const std::uint32_t button = as<xcb_input_raw_button_press_event_t>(event).detail;
+    const std::uint32_t button = raw.detail;
     if (button >= firstWheelButton) {
         return;
     }
@@ -239,21 +241,27 @@ void EventMonitor::wakeAt(Clock::time_point time) {
 /// Deals with one thing a turn: who is told of it has a turn before the next, so that what it has lost interest in is
 /// never a later press.
 void EventMonitor::work() {
-    if (drag_ && !drag_->isReported) {
-        if (!endHold()) {
-            return;
-        }
-    } else {
-        if (notices_.empty() || mustWait(notices_.front())) {
-            return;
-        }
-        const Notice notice = notices_.front();
-        notices_.pop_front();
-        deal(notice);
-    }
-    if (!notices_.empty() || (drag_ && !drag_->isReported)) {
+    // What is heard meanwhile is scheduled after who is told now.
+    const bool wasScheduled = std::exchange(isScheduled_, true);
+    const bool hasDealt = dealWithNext();
+    isScheduled_ = wasScheduled;
+    if (hasDealt && (!notices_.empty() || (drag_ && !drag_->isReported))) {
         schedule();
     }
+}
+
+/// False when there is nothing to deal with yet.
+bool EventMonitor::dealWithNext() {
+    if (drag_ && !drag_->isReported) {
+        return endHold();
+    }
+    if (notices_.empty() || mustWait(notices_.front())) {
+        return false;
+    }
+    const Notice notice = notices_.front();
+    notices_.pop_front();
+    deal(notice);
+    return true;
 }
 
 /// Reports the press that is held back, if it is time; whether it was.
@@ -272,9 +280,10 @@ bool EventMonitor::endHold() {
     return true;
 }
 
-/// Motion waits for its turn as long as nothing comes after it.
+/// Motion waits for its turn as long as nothing comes after it. That of a mouse no faster than the reports has none to
+/// wait for: a report that was late once would make all that follow wait.
 bool EventMonitor::mustWait(const Notice& notice) {
-    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ ||
+    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ || !isMotionDense_ ||
         Clock::now() >= nextDragReport_ - dragSlack) {
         return false;
     }
@@ -353,8 +362,9 @@ void EventMonitor::reportDrag() {
         readAhead_.dragHasEnded();
     }
     pointerOfReport_ = pointer;
-    // One interval after the other, so that a mouse as fast as the reports is not put off by its own jitter.
-    nextDragReport_ = std::max(nextDragReport_, Clock::now() - dragSlack) + dragInterval;
+    // One interval after the other, so that reports which came early and late are as many as those on time.
+    const auto now = Clock::now();
+    nextDragReport_ = std::clamp(nextDragReport_, now - dragSlack, now) + dragInterval;
     report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 

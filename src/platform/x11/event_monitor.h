@@ -48,6 +48,10 @@ public:
     void ignoreRestOfPress() override;
     CGPoint mouseLocation() override;
 
+    /// Whether a timer is about to make a report, which reads all that the server has said by then: the connection need
+    /// not be watched for that long, and a fast mouse does not wake the main loop a thousand times a second.
+    bool isReportDue() const { return timer_ && drag_ && drag_->isReported; }
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -87,6 +91,7 @@ private:
     void schedule();
     void wakeAt(Clock::time_point time);
     void work();
+    bool dealWithNext();
     bool endHold();
     bool mustWait(const Notice& notice);
     void deal(const Notice& notice);
@@ -113,6 +118,10 @@ private:
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
     Clock::time_point nextDragReport_;
+    /// The server's time of the last motion, in milliseconds, and whether that came sooner than a report's interval
+    /// after the one before it.
+    xcb_timestamp_t lastMotion_ = XCB_CURRENT_TIME;
+    bool isMotionDense_ = false;
     /// The pointer as read for the last report of a drag, until it is asked for.
     std::optional<PointerReading> pointerOfReport_;
     bool isScheduled_ = false;

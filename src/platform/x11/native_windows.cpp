@@ -47,12 +47,23 @@ void NativeWindows::setFrame(NativeWindowID window, const CGRect& frame) {
     finish(xcb_configure_window_checked(
         connection_.xcb(), xcbWindow(window),
         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data()));
+    if (front_ == window) {
+        front_.reset();
+    }
 }
 
 void NativeWindows::orderFrontRegardless(NativeWindowID window) {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(connection_.xcb(), xcbWindow(window), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    xcb_flush(connection_.xcb());
+    if (std::exchange(front_, window) != window) {
+        askAgainForFront();
+        xcb_flush(connection_.xcb());
+    }
+}
+
+void NativeWindows::askAgainForFront() {
+    if (front_) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.xcb(), xcbWindow(*front_), XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
 }
 
 void NativeWindows::setShape(NativeWindowID window, const std::optional<std::vector<CGRect>>& shape) {

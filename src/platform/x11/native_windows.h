@@ -15,11 +15,16 @@ public:
     NativeWindows(Connection& connection, Displays& displays);
 
     void setFrame(NativeWindowID window, const CGRect& frame) override;
+    /// Asks at once when the window's frame was set since the last time. Otherwise `askAgainForFront` keeps it there:
+    /// the drag's panel is ordered to the front with each report, and that is not to be a message of its own.
     void orderFrontRegardless(NativeWindowID window) override;
     void setShape(NativeWindowID window, const std::optional<std::vector<CGRect>>& shape) override;
     /// A compositing manager owns the selection _NET_WM_CM_Sn of its screen (Extended Window Manager Hints).
     bool isCompositingActive() override { return isCompositingActive_; }
     void setCompositingChangedHandler(std::function<void()> handler) override;
+
+    /// Asks for the front for the window that was put there last; sent with the next request that is flushed.
+    void askAgainForFront();
 
 private:
     void handle(const xcb_generic_event_t& event);
@@ -33,6 +38,8 @@ private:
     /// 0 without the extension.
     std::uint8_t selectionNotify_ = 0;
     bool isCompositingActive_ = false;
+    /// The window put to the front last, unless its frame was set since.
+    std::optional<NativeWindowID> front_;
     std::function<void()> compositingChanged_;
     Connection::Subscription subscription_;
 };

@@ -143,6 +143,13 @@ bool DesktopConnection::isManaged(xcb_window_t window) {
     return std::find(windows.begin(), windows.end(), window) != windows.end() && isViewable(window);
 }
 
+xcb_window_t DesktopConnection::topmostWindow() {
+    const Reply<xcb_query_tree_reply_t> tree{
+        xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root()), nullptr)};
+    const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
+    return count > 0 ? xcb_query_tree_children(tree.get())[count - 1] : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 std::vector<xcb_window_t> DesktopConnection::windowsOf(const std::string& instanceName) {
     std::vector<xcb_window_t> found;
     addWindowsOf(instanceName, root(), found);

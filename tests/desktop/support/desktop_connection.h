@@ -61,6 +61,8 @@ public:
     /// Whether the window manager has taken the window into its care and shows it.
     bool isManaged(xcb_window_t window);
 
+    /// Of all windows on the root window, what lies above the others.
+    xcb_window_t topmostWindow();
     /// The windows of clients with that instance name (`WM_CLASS`) that can be seen, managed or not, those docked in a
     /// tray included; not the tiny ones that toolkits make for themselves.
     std::vector<xcb_window_t> windowsOf(const std::string& instanceName);
