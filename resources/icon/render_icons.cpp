@@ -9,7 +9,7 @@
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     const QDir directory(application.arguments().value(1, "."));
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
+    for (const int size : {BRISK_ICON_SIZES}) {
         QSvgRenderer drawing(directory.filePath(size < 48 ? "AppIcon-small.svg" : "AppIcon.svg"));
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);

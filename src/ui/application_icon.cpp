@@ -2,6 +2,8 @@
 
 #include "ui/symbols.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QImageReader>
@@ -63,8 +65,8 @@ private:
 
 QStringList applicationIconResource() {
     QStringList files;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
-        files.append(QStringLiteral(":/icon/AppIcon-%1.png").arg(size));
+    for (const QFileInfo& file : QDir(QStringLiteral(":/icon")).entryInfoList()) {
+        files.append(file.filePath());
     }
     return files;
 }
