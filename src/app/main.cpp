@@ -98,7 +98,6 @@ int main(int, char** argv) {
     const auto endTurn = [&desktop] {
         desktop->endTurn();
         if (desktop->isBroken()) {
-            std::cerr << "Brisk lost its connection to the X server." << std::endl;
             QApplication::exit(EXIT_FAILURE);
         }
         return desktop->isToBeWatched();
@@ -181,6 +180,9 @@ int main(int, char** argv) {
 
     delegate->applicationDidFinishLaunching();
     const int status = QApplication::exec();
+    if (desktop->isBroken()) {
+        std::cerr << "Brisk lost its connection to the X server." << std::endl;
+    }
     delegate->applicationWillTerminate();
     return status;
 }

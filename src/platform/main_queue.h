@@ -21,7 +21,7 @@ public:
     virtual ~MainQueue() = default;
     /// Runs `work` on a later turn of the main loop, after what was submitted before it; never inside this call.
     virtual void async(std::function<void()> work) = 0;
-    /// Runs `work` once, not before `delay` has passed.
+    /// Runs `work` once, not before `delay` has passed; one below zero has.
     virtual DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) = 0;
 };
 

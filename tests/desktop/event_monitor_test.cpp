@@ -156,7 +156,7 @@ TEST_F(EventMonitorTest, MotionIsThinnedAndItsLastIsReported) {
     }
     const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
     EXPECT_GE(dragCount(), 10);
-    EXPECT_LE(dragCount(), elapsed.count() / 8 + 2);
+    EXPECT_LE(dragCount(), elapsed.count() / 8 + 3);
     EXPECT_LE(loop.wakeUps() - wakeUpsBefore, 4 * dragCount()) << "the motion between two reports wakes nobody";
 
     // The motion before the release is younger than 8 ms and still precedes it.

@@ -65,6 +65,8 @@ TEST_F(DragFault, TheWindowGoesAtAnyStep) {
 TEST_F(DragFault, WhatComesUpGoesBelowTheZonesAtTheNextStep) {
     takeByTitle(window_);
     pressShift();
+    // The last step of the drag has been dealt with, too.
+    frameAtRest(window_);
     const xcb_window_t popup = client_.open({.client = {.width = 1440, .height = 900}, .overridesRedirect = true});
     ASSERT_TRUE(wait([&] { return desktop_.topmostWindow() == popup; }));
     pointer_.moveBy(1, 1);

@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -30,7 +31,7 @@ private:
 } // namespace
 
 MainQueue::MainQueue() {
-    // All that wakes the loop has done its work by then: no wake-up of its own, no system call.
+    // All that woke the loop has submitted its work by then, which so needs no wake-up of its own.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &context_,
                      [this] { endTurn(); });
 }
@@ -79,7 +80,8 @@ DispatchWorkItemRef MainQueue::asyncAfter(std::chrono::milliseconds delay, std::
         works_.push_back(work);
         runQueuedWork();
     });
-    timer->start(delay);
+    // Qt refuses a time that has passed, and the work would never run.
+    timer->start(std::max(delay, std::chrono::milliseconds::zero()));
     return std::make_shared<TimedWork>(timer);
 }
 

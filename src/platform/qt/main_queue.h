@@ -12,10 +12,12 @@ class QSocketNotifier;
 namespace brisk::qt {
 
 /// The main queue on Qt's event loop, which the application has made before; modal dialogs' loops go on with it. Work
-/// is run each time the loop is about to sleep. Work that is still queued when the queue goes does not run.
+/// is run each time the loop is about to sleep. Qt sends what is asked of it there at once where an answer or an event
+/// follows, as from showing or moving a window; to raise one alone waits for the next wake-up. Work that is still
+/// queued when the queue goes does not run.
 class MainQueue final : public brisk::MainQueue {
 public:
-    /// What is read from a descriptor by hand.
+    /// A descriptor that its owner reads, not Qt.
     struct Input {
         /// Called when the descriptor is readable.
         std::function<void()> read;

@@ -103,10 +103,13 @@ bool Connection::dispatchQueuedEvents() {
     return wereThere;
 }
 
-void Connection::flush() {
-    do {
+bool Connection::flush() {
+    for (bool hasRead = false;; hasRead = true) {
         xcb_flush(connection_);
-    } while (dispatchQueuedEvents());
+        if (!dispatchQueuedEvents()) {
+            return hasRead;
+        }
+    }
 }
 
 bool Connection::waitForEvents(std::chrono::steady_clock::time_point deadline) {

@@ -70,15 +70,15 @@ public:
     /// be called while another component waits for a reply: it takes notice and schedules, it does not act.
     [[nodiscard]] Subscription addEventHandler(EventHandler handler);
 
-    /// Hands the events received so far, those of one read of the socket, to the handlers and flushes requests. Never
+    /// Hands the events received so far to the handlers, those of one read of the socket, and flushes requests. Never
     /// waits, and ends however fast events come.
     void dispatchEvents();
     /// The same for events that xcb has read already, without reading the socket: after a reply, so that what the
     /// server said before it is known. Returns whether there were any.
     bool dispatchQueuedEvents();
     /// Sends the requests made so far. When xcb writes it reads as well, and the descriptor does not announce what it
-    /// has read: that is handed to the handlers, too.
-    void flush();
+    /// has read: that is handed to the handlers, too. Returns whether there was anything.
+    bool flush();
     /// Flushes requests, waits for events until `deadline` at most and hands those received to the handlers; false when
     /// the time is up, or the server is gone.
     bool waitForEvents(std::chrono::steady_clock::time_point deadline);

@@ -52,8 +52,13 @@ void Desktop::endTurn() {
     connection_->dispatchQueuedEvents();
     windowMover_.endTurn();
     accessibility_.endTurn();
-    windowTracker_.update();
-    connection_->flush();
+    // What is read while sending may change the windows once more. An honest desktop is at rest after a few passes.
+    for (int pass = 0; pass < 3; ++pass) {
+        windowTracker_.update();
+        if (!connection_->flush()) {
+            break;
+        }
+    }
 }
 
 } // namespace brisk::x11

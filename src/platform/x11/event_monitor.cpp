@@ -41,9 +41,7 @@ EventMonitor::~EventMonitor() {
     if (!monitors_.empty()) {
         select(Selection::nothing);
     }
-    if (timer_) {
-        timer_->cancel();
-    }
+    stopTimer();
 }
 
 std::optional<GlobalEventMonitor::Token> EventMonitor::addGlobalMonitorForEventsMatchingMask(NSEventMask mask,
@@ -69,9 +67,7 @@ void EventMonitor::removeMonitor(Token token) {
     notices_.clear();
     drag_.reset();
     pointerOfReport_.reset();
-    if (timer_) {
-        std::exchange(timer_, nullptr)->cancel();
-    }
+    stopTimer();
 }
 
 void EventMonitor::ignoreRestOfPress() {
@@ -167,13 +163,11 @@ void EventMonitor::hear(const xcb_generic_event_t& event) {
 
 void EventMonitor::hearInput(const xcb_generic_event_t& event) {
     const std::uint16_t kind = as<xcb_ge_generic_event_t>(event).event_type;
-    const auto& raw = as<xcb_input_raw_button_press_event_t>(event);
     if (kind == XCB_INPUT_RAW_MOTION) {
-        isMotionDense_ = raw.time - std::exchange(lastMotion_, raw.time) < dragInterval.count();
         noteMotion();
         return;
     }
-    const std::uint32_t button = raw.detail;
+    const std::uint32_t button = as<xcb_input_raw_button_press_event_t>(event).detail;
     if (button >= firstWheelButton) {
         return;
     }
@@ -219,7 +213,6 @@ void EventMonitor::schedule() {
     }
     queue_.async([weak = std::weak_ptr(self_)] {
         if (const auto self = weak.lock()) {
-            (*self)->isScheduled_ = false;
             (*self)->work();
         }
     });
@@ -233,18 +226,26 @@ void EventMonitor::wakeAt(Clock::time_point time) {
                                [weak = std::weak_ptr(self_)] {
                                    if (const auto self = weak.lock()) {
                                        (*self)->timer_ = nullptr;
-                                       (*self)->work();
+                                       if (!(*self)->isScheduled_) {
+                                           (*self)->work();
+                                       }
                                    }
                                });
+}
+
+void EventMonitor::stopTimer() {
+    if (timer_) {
+        std::exchange(timer_, nullptr)->cancel();
+    }
 }
 
 /// Deals with one thing a turn: who is told of it has a turn before the next, so that what it has lost interest in is
 /// never a later press.
 void EventMonitor::work() {
     // What is heard meanwhile is scheduled after who is told now.
-    const bool wasScheduled = std::exchange(isScheduled_, true);
+    isScheduled_ = true;
     const bool hasDealt = dealWithNext();
-    isScheduled_ = wasScheduled;
+    isScheduled_ = false;
     if (hasDealt && (!notices_.empty() || (drag_ && !drag_->isReported))) {
         schedule();
     }
@@ -272,18 +273,15 @@ bool EventMonitor::endHold() {
         wakeAt(drag_->heldUntil);
         return false;
     }
-    if (timer_) {
-        std::exchange(timer_, nullptr)->cancel();
-    }
+    stopTimer();
     drag_->isReported = true;
     report(NSEventType::leftMouseDown, drag_->modifiers);
     return true;
 }
 
-/// Motion waits for its turn as long as nothing comes after it. That of a mouse no faster than the reports has none to
-/// wait for: a report that was late once would make all that follow wait.
+/// Motion waits for its turn as long as nothing comes after it.
 bool EventMonitor::mustWait(const Notice& notice) {
-    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ || !isMotionDense_ ||
+    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ ||
         Clock::now() >= nextDragReport_ - dragSlack) {
         return false;
     }
@@ -362,9 +360,11 @@ void EventMonitor::reportDrag() {
         readAhead_.dragHasEnded();
     }
     pointerOfReport_ = pointer;
-    // One interval after the other, so that reports which came early and late are as many as those on time.
+    // One interval after the other: a report that was late does not put off those that follow, which would otherwise
+    // all wait when the mouse is no faster than the reports.
     const auto now = Clock::now();
-    nextDragReport_ = std::clamp(nextDragReport_, now - dragSlack, now) + dragInterval;
+    stopTimer();
+    nextDragReport_ = std::clamp(nextDragReport_, now - dragInterval, now) + dragInterval;
     report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 
@@ -384,9 +384,7 @@ void EventMonitor::end(std::uint16_t modifiers) {
 void EventMonitor::forgetDrag() {
     drag_.reset();
     pointerOfReport_.reset();
-    if (timer_) {
-        std::exchange(timer_, nullptr)->cancel();
-    }
+    stopTimer();
     select(Selection::buttons);
 }
 

@@ -90,6 +90,7 @@ private:
 
     void schedule();
     void wakeAt(Clock::time_point time);
+    void stopTimer();
     void work();
     bool dealWithNext();
     bool endHold();
@@ -118,10 +119,6 @@ private:
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
     Clock::time_point nextDragReport_;
-    /// The server's time of the last motion, in milliseconds, and whether that came sooner than a report's interval
-    /// after the one before it.
-    xcb_timestamp_t lastMotion_ = XCB_CURRENT_TIME;
-    bool isMotionDense_ = false;
     /// The pointer as read for the last report of a drag, until it is asked for.
     std::optional<PointerReading> pointerOfReport_;
     bool isScheduled_ = false;

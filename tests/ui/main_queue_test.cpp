@@ -1,0 +1,107 @@
+#include "platform/qt/main_queue.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <string>
+
+namespace brisk::qt {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int inTime = 1;
+constexpr int tooLate = 2;
+
+class MainQueueTest : public testing::Test {
+protected:
+    MainQueueTest() {
+        QObject::connect(&deadline_, &QTimer::timeout, &loop, [this] { loop.exit(tooLate); });
+        deadline_.start(5s);
+    }
+
+    MainQueue queue;
+    QEventLoop loop;
+
+private:
+    QTimer deadline_;
+};
+
+TEST_F(MainQueueTest, RunsWorkInOrderAndNeverInsideTheCall) {
+    std::string order;
+    queue.async([&] {
+        queue.async([&] { order += 'c'; });
+        order += 'a';
+    });
+    queue.async([&] { order += 'b'; });
+    // Longer than one turn takes in.
+    int left = 100;
+    const std::function<void()> again = [&] {
+        if (--left > 0) {
+            queue.async(again);
+        } else {
+            loop.exit(inTime);
+        }
+    };
+    queue.async(again);
+    EXPECT_EQ(order, "");
+    EXPECT_EQ(loop.exec(), inTime);
+    EXPECT_EQ(order, "abc");
+}
+
+TEST_F(MainQueueTest, ATimeThatHasPassedIsNoReasonNeverToRun) {
+    queue.asyncAfter(-2ms, [&] { loop.exit(inTime); });
+    EXPECT_EQ(loop.exec(), inTime);
+}
+
+TEST_F(MainQueueTest, ADialogOpenedByWorkGoesOnAndItsEndIsTheProgramsToo) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    QEventLoop* dialog = nullptr;
+    bool isWorkDone = false;
+    queue.watch(pipe.front(), {.read = [] {},
+                               .endTurn =
+                                   [&] {
+                                       if (dialog != nullptr && isWorkDone) {
+                                           dialog->exit();
+                                           loop.exit(inTime);
+                                       }
+                                       return true;
+                                   }});
+    queue.async([&] {
+        QEventLoop inner;
+        dialog = &inner;
+        queue.async([&] { isWorkDone = true; });
+        inner.exec();
+        dialog = nullptr;
+    });
+    EXPECT_EQ(loop.exec(), inTime);
+    close(pipe.front());
+    close(pipe.back());
+}
+
+TEST_F(MainQueueTest, ADescriptorIsReadOnlyWhenItMayWakeTheLoop) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    ASSERT_EQ(write(pipe.back(), "x", 1), 1);
+    bool isToBeWatched = false;
+    queue.watch(pipe.front(), {.read =
+                                   [&] {
+                                       EXPECT_TRUE(isToBeWatched);
+                                       loop.exit(inTime);
+                                   },
+                               .endTurn = [&] { return isToBeWatched; }});
+    queue.asyncAfter(20ms, [&] { isToBeWatched = true; });
+    EXPECT_EQ(loop.exec(), inTime);
+    close(pipe.front());
+    close(pipe.back());
+}
+
+} // namespace
+} // namespace brisk::qt
