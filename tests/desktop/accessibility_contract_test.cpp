@@ -32,6 +32,9 @@ public:
             require(waitUntil([&] { return scene_.desktop.visibleFrame(window) == frame; }));
             launched.windows.push_back(window);
         }
+        // The active window is told after the focus has moved: what was asked for an earlier one may have come in late.
+        require(scene_.waitInFront(static_cast<xcb_window_t>(launched.windows.back()),
+                                   WindowAccessScene::Activation::requested));
         scene_.brisk->processEvents();
         return launched;
     }
