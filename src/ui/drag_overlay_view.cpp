@@ -96,13 +96,13 @@ void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
         if (i < drawings_.size() && drawings_[i].zone == zones[i]) {
             drawings.push_back(std::move(drawings_[i]));
         } else {
-            changed |= i < drawings_.size() ? drawings_[i].extent : QRect();
+            changed |= i < drawings_.size() ? drawings_[i].area : QRegion();
             drawings.push_back(drawingOf(std::move(zones[i])));
-            changed |= drawings.back().extent;
+            changed |= drawings.back().area;
         }
     }
     for (std::size_t i = zones.size(); i < drawings_.size(); ++i) {
-        changed |= drawings_[i].extent;
+        changed |= drawings_[i].area;
     }
     drawings_ = std::move(drawings);
     update(changed);
@@ -145,7 +145,7 @@ void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const auto draw = [&](auto parts) {
         for (const Drawing& drawing : drawings_) {
-            if (event->region().intersects(drawing.extent)) {
+            if (event->region().intersects(drawing.area)) {
                 parts(drawing);
             }
         }
@@ -208,15 +208,10 @@ void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing)
 
 WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
     Drawing drawing{.pill = pillOf(zone)};
-    const double outside = activeLineWidth / 2 + 1;
-    drawing.extent = flipped(rectangleOf(zone))
-                         .normalized()
-                         .adjusted(-outside, -outside, outside, outside)
-                         .united(flipped(drawing.pill.rectangle))
-                         .toAlignedRect();
+    drawing.area = areaOf(zone, drawing.pill);
     if (surface_ == OverlaySurface::cutOut) {
         drawing.outline = outlineOf(zone);
-        drawing.pillArea = areaOf(drawing.pill);
+        drawing.pillArea = pillAreaOf(drawing.pill);
     }
     drawing.zone = std::move(zone);
     return drawing;
@@ -245,6 +240,18 @@ QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
     return themeColor(zone.kind == ZoneKind::custom ? customZoneColor : builtInZoneColor, palette());
 }
 
+QRegion WindowDragOverlayView::areaOf(const ZonePicture& zone, const Pill& pill) const {
+    const QRectF rectangle = flipped(rectangleOf(zone)).normalized();
+    constexpr double outside = activeLineWidth / 2 + 1;
+    QRegion area = rectangle.adjusted(-outside, -outside, outside, outside).toAlignedRect();
+    if (surface_ == OverlaySurface::cutOut) {
+        // The corners reach further inside than the lines.
+        static_assert(zoneRadius > activeCutOutLineWidth + 1);
+        area -= rectangle.adjusted(zoneRadius, zoneRadius, -zoneRadius, -zoneRadius).toRect();
+    }
+    return area | flipped(pill.rectangle).toAlignedRect();
+}
+
 QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {
     // Whole pixels, and inside the zone: at the display's edge half of a centred line would be lost, and an opaque line
     // has no neighbour to blend with.
@@ -255,7 +262,7 @@ QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {
     return roundedRegion(outer, radius) - roundedRegion(outer.adjusted(width, width, -width, -width), radius - width);
 }
 
-QRegion WindowDragOverlayView::areaOf(const Pill& pill) const {
+QRegion WindowDragOverlayView::pillAreaOf(const Pill& pill) const {
     const double ratio = devicePixelRatioF();
     return roundedRegion(scaled(flipped(pill.rectangle), ratio), pillRadius * ratio);
 }

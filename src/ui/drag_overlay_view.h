@@ -44,8 +44,8 @@ private:
     struct Drawing {
         ZonePicture zone;
         Pill pill;
-        /// All that is painted of it on any surface, in the widget's units.
-        QRect extent;
+        /// Where anything of it is painted, or is when it is the active one, in the widget's units.
+        QRegion area;
         /// What it takes of a cut-out surface, in pixels; empty on the other.
         QRegion outline;
         QRegion pillArea;
@@ -57,8 +57,9 @@ private:
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
+    QRegion areaOf(const ZonePicture& zone, const Pill& pill) const;
     QRegion outlineOf(const ZonePicture& zone) const;
-    QRegion areaOf(const Pill& pill) const;
+    QRegion pillAreaOf(const Pill& pill) const;
     void drawAnew();
     double displayHeight() const;
 
