@@ -38,31 +38,55 @@ PixelRect frameAround(const PixelRect& client, const Extents& decoration, const 
             .height = client.height + decoration.top + decoration.bottom - shadow.top - shadow.bottom};
 }
 
-FrameRequest::FrameRequest(Connection& connection, const Atoms& atoms, xcb_window_t window)
+bool isReadFrom(xcb_atom_t property, const Atoms& atoms) {
+    return property == atoms.netFrameExtents || property == atoms.gtkFrameExtents || property == atoms.netWindowState ||
+           property == atoms.netAllowedActions;
+}
+
+PlaceRequest::PlaceRequest(Connection& connection, xcb_window_t window)
     : connection_(connection),
-      atoms_(atoms),
       position_(xcb_translate_coordinates(connection.xcb(), window, connection.root(), 0, 0)),
-      geometry_(xcb_get_geometry(connection.xcb(), window)),
+      geometry_(xcb_get_geometry(connection.xcb(), window)) {}
+
+std::optional<PixelRect> PlaceRequest::take() const {
+    const Reply<xcb_translate_coordinates_reply_t> position{
+        xcb_translate_coordinates_reply(connection_.xcb(), position_, nullptr)};
+    const Reply<xcb_get_geometry_reply_t> geometry{xcb_get_geometry_reply(connection_.xcb(), geometry_, nullptr)};
+    if (!position || !geometry) {
+        return std::nullopt;
+    }
+    return PixelRect{.x = position->dst_x, .y = position->dst_y, .width = geometry->width, .height = geometry->height};
+}
+
+std::optional<FrameReading> PlaceRequest::take(const FrameReading& known) const {
+    const auto client = take();
+    if (!client) {
+        return std::nullopt;
+    }
+    FrameReading reading = known;
+    reading.frame = frameAround(*client, known.decoration, known.shadow);
+    return reading;
+}
+
+FrameRequest::FrameRequest(Connection& connection, const Atoms& atoms, xcb_window_t window)
+    : atoms_(atoms),
+      place_(connection, window),
       decoration_(connection, window, atoms.netFrameExtents, 4),
       shadow_(connection, window, atoms.gtkFrameExtents, 4),
       state_(connection, window, atoms.netWindowState, maximumAtoms),
       allowedActions_(connection, window, atoms.netAllowedActions, maximumAtoms) {}
 
 std::optional<FrameReading> FrameRequest::take() const {
-    const Reply<xcb_translate_coordinates_reply_t> position{
-        xcb_translate_coordinates_reply(connection_.xcb(), position_, nullptr)};
-    const Reply<xcb_get_geometry_reply_t> geometry{xcb_get_geometry_reply(connection_.xcb(), geometry_, nullptr)};
+    const auto client = place_.take();
     const auto decoration = decoration_.takeWords(XCB_ATOM_CARDINAL);
     const auto shadow = shadow_.takeWords(XCB_ATOM_CARDINAL);
     const auto state = state_.takeWords(XCB_ATOM_ATOM).value_or(std::vector<std::uint32_t>{});
     const auto allowedActions = allowedActions_.takeWords(XCB_ATOM_ATOM);
-    if (!position || !geometry) {
+    if (!client) {
         return std::nullopt;
     }
-    const PixelRect client{
-        .x = position->dst_x, .y = position->dst_y, .width = geometry->width, .height = geometry->height};
-    FrameReading reading{.decoration = extentsIn(decoration), .shadow = believableShadow(extentsIn(shadow), client)};
-    reading.frame = frameAround(client, reading.decoration, reading.shadow);
+    FrameReading reading{.decoration = extentsIn(decoration), .shadow = believableShadow(extentsIn(shadow), *client)};
+    reading.frame = frameAround(*client, reading.decoration, reading.shadow);
     reading.isMaximizedVertically = contains(state, atoms_.netWindowStateMaximizedVertically);
     reading.isMaximizedHorizontally = contains(state, atoms_.netWindowStateMaximizedHorizontally);
     reading.isFullscreen = contains(state, atoms_.netWindowStateFullscreen);

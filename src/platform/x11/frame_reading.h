@@ -49,6 +49,24 @@ struct FrameReading {
     bool isHeld() const { return isMaximizedVertically || isMaximizedHorizontally || isFullscreen; }
 };
 
+/// Whether a reading may be another once that property of the window has changed.
+bool isReadFrom(xcb_atom_t property, const Atoms& atoms);
+
+/// Where the client's rectangle is in the root window, asked for: one round trip. Take the answer once.
+class PlaceRequest {
+public:
+    PlaceRequest(Connection& connection, xcb_window_t window);
+    /// None when the window is gone.
+    std::optional<PixelRect> take() const;
+    /// A reading that is still true but for the frame, with the frame where it is now; none when the window is gone.
+    std::optional<FrameReading> take(const FrameReading& known) const;
+
+private:
+    Connection& connection_;
+    xcb_translate_coordinates_cookie_t position_;
+    xcb_get_geometry_cookie_t geometry_;
+};
+
 /// All that a reading needs, asked at once: one round trip. Take the answer once.
 class FrameRequest {
 public:
@@ -57,10 +75,8 @@ public:
     std::optional<FrameReading> take() const;
 
 private:
-    Connection& connection_;
     const Atoms& atoms_;
-    xcb_translate_coordinates_cookie_t position_;
-    xcb_get_geometry_cookie_t geometry_;
+    PlaceRequest place_;
     PropertyRequest decoration_;
     PropertyRequest shadow_;
     PropertyRequest state_;

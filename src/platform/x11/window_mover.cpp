@@ -54,7 +54,11 @@ WindowMover::WindowMover(Connection& connection, const Atoms& atoms, WindowManag
 void WindowMover::askAhead(const WindowRef& window) {
     takeAhead(nullptr);
     if (window && window->exists && !held_ && !movement_) {
-        ahead_.emplace(AheadRequest{.window = window, .request = {connection_, atoms_, window->id}});
+        if (isReadingKnown_ && readWindow_ == window) {
+            ahead_.emplace(AheadRequest{.window = window, .request = PlaceRequest{connection_, window->id}});
+        } else {
+            ahead_.emplace(AheadRequest{.window = window, .request = FrameRequest{connection_, atoms_, window->id}});
+        }
     }
 }
 
@@ -146,9 +150,10 @@ void WindowMover::handle(const xcb_generic_event_t& event) {
         hasChanged_ = hasChanged_ || as<xcb_configure_notify_event_t>(event).window == awaited_;
     } else if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
         const auto& notify = as<xcb_property_notify_event_t>(event);
-        const bool mayMatter = notify.atom == atoms_.netWindowState || notify.atom == atoms_.netFrameExtents ||
-                               notify.atom == atoms_.gtkFrameExtents;
-        hasChanged_ = hasChanged_ || (mayMatter && notify.window == awaited_);
+        if (isReadFrom(notify.atom, atoms_)) {
+            hasChanged_ = hasChanged_ || notify.window == awaited_;
+            isReadingKnown_ = isReadingKnown_ && notify.window != readWindow_->id;
+        }
     } else if (typeOf(event) == XCB_DESTROY_NOTIFY) {
         hasChanged_ = hasChanged_ || as<xcb_destroy_notify_event_t>(event).window == awaited_;
     }
@@ -267,14 +272,15 @@ std::optional<FrameReading> WindowMover::ask(const WindowRef& window) {
     auto reading = takeAhead(window);
     if (!reading) {
         reading = FrameRequest{connection_, atoms_, window->id}.take();
+        if (reading) {
+            remember(window, *reading);
+        }
+        connection_.dispatchQueuedEvents();
     }
     // The answer may be about a later window of the same id; the end of this one comes before it.
-    connection_.dispatchQueuedEvents();
     if (!reading || !window->exists) {
         return std::nullopt;
     }
-    readWindow_ = window;
-    reading_ = *reading;
     isReadingCurrent_ = true;
     return reading;
 }
@@ -285,13 +291,32 @@ std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
         return std::nullopt;
     }
     const AheadRequest ahead = *std::exchange(ahead_, std::nullopt);
-    const auto reading = ahead.request.take();
+    const auto* whole = std::get_if<FrameRequest>(&ahead.request);
+    auto reading = whole != nullptr ? whole->take() : std::get<PlaceRequest>(ahead.request).take(reading_);
     if (!reading || ahead.window != window) {
         return std::nullopt;
     }
     const bool isOtherSize =
         reading->frame.width != reading_.frame.width || reading->frame.height != reading_.frame.height;
-    return ahead.isLate && readWindow_ == window && isOtherSize ? reading_ : reading;
+    if (ahead.isLate && readWindow_ == window && isOtherSize) {
+        reading = reading_;
+    } else if (whole != nullptr) {
+        remember(window, *reading);
+    } else if (isOtherSize) {
+        // What is believed of a shadow depends on the size.
+        return std::nullopt;
+    } else {
+        reading_ = *reading;
+    }
+    connection_.dispatchQueuedEvents();
+    return isReadingKnown_ || ahead.isLate ? reading : std::nullopt;
+}
+
+/// For the events that came along to be dispatched after: they may tell of something later.
+void WindowMover::remember(const WindowRef& window, const FrameReading& reading) {
+    readWindow_ = window;
+    reading_ = reading;
+    isReadingKnown_ = true;
 }
 
 /// Reads the window until it is at the movement's target, the window manager has answered or the time is up, whichever

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <variant>
 
 namespace brisk::x11 {
 
@@ -48,7 +49,8 @@ public:
 private:
     struct AheadRequest {
         WindowRef window;
-        FrameRequest request;
+        /// The place alone where the rest is known.
+        std::variant<FrameRequest, PlaceRequest> request;
         bool isLate = false;
     };
     struct HeldPosition {
@@ -80,6 +82,7 @@ private:
     void leaveTile(const Window& window);
     std::optional<FrameReading> ask(const WindowRef& window);
     std::optional<FrameReading> takeAhead(const WindowRef& window);
+    void remember(const WindowRef& window, const FrameReading& reading);
     std::optional<FrameReading> readAtEndOf(const Movement& movement);
     static bool hasEnded(const Movement& movement, const FrameReading& now, bool hasAnswered);
 
@@ -93,6 +96,8 @@ private:
     WindowRef readWindow_;
     FrameReading reading_;
     bool isReadingCurrent_ = false;
+    /// Whether nothing but its place can have changed since: all else that a reading has is told when it changes.
+    bool isReadingKnown_ = false;
     /// What that window was until now.
     HeldState releasedFrom_ = HeldState::none;
     /// The window whose changes are waited for, and whether there was one.
