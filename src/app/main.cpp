@@ -100,7 +100,6 @@ int main(int, char** argv) {
         if (desktop->isBroken()) {
             QApplication::exit(EXIT_FAILURE);
         }
-        return desktop->isToBeWatched();
     };
     mainQueue.watch(desktop->fileDescriptor(), {.read = [&desktop] { desktop->processEvents(); }, .endTurn = endTurn});
     const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });

@@ -13,6 +13,19 @@ double distance(CGPoint point, const CGRect& frame) {
     return std::hypot(dx, dy);
 }
 
+/// What is left of a range around `position` when it is cut at `edge`, which belongs to the upper part.
+struct Range {
+    double minimum;
+    double maximum;
+    void cut(double edge, double position) {
+        if (edge <= position) {
+            minimum = std::max(minimum, edge);
+        } else {
+            maximum = std::min(maximum, edge);
+        }
+    }
+};
+
 struct TargetFrame {
     const CGRect& visibleFrame;
     const CGRect& currentFrame;
@@ -57,6 +70,24 @@ std::optional<WindowDragTarget> targetAtPoint(std::span<const WindowDragZone> zo
         }
     }
     return chosen == nullptr ? std::nullopt : std::optional(chosen->target);
+}
+
+CGRect regionAroundPoint(std::span<const WindowDragZone> zones, const CGRect& screenFrame, CGPoint point,
+                         double reach) {
+    Range x{.minimum = point.x - reach, .maximum = point.x + reach};
+    Range y{.minimum = point.y - reach, .maximum = point.y + reach};
+    const auto cut = [&](const CGRect& frame) {
+        x.cut(frame.minX(), point.x);
+        x.cut(frame.maxX(), point.x);
+        y.cut(frame.minY(), point.y);
+        y.cut(frame.maxY(), point.y);
+    };
+    cut(screenFrame);
+    for (const WindowDragZone& zone : zones) {
+        cut(zone.frame);
+    }
+    return {.origin = {.x = x.minimum, .y = y.minimum},
+            .size = {.width = x.maximum - x.minimum, .height = y.maximum - y.minimum}};
 }
 
 } // namespace brisk

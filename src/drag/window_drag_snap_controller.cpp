@@ -17,9 +17,10 @@ bool hasResized(const CGRect& from, const CGRect& to) {
            std::abs(to.height() - from.height()) > WindowDragSnapController::moveThreshold;
 }
 
-bool hasMoved(const CGRect& from, const CGRect& to) {
-    return std::abs(to.minX() - from.minX()) > WindowDragSnapController::moveThreshold ||
-           std::abs(to.minY() - from.minY()) > WindowDragSnapController::moveThreshold;
+/// How far the window would have to go back to count as not moved; not positive while it counts so.
+double distanceMoved(const CGRect& from, const CGRect& to) {
+    return std::max(std::abs(to.minX() - from.minX()), std::abs(to.minY() - from.minY())) -
+           WindowDragSnapController::moveThreshold;
 }
 
 } // namespace
@@ -107,6 +108,7 @@ void WindowDragSnapController::handleMouseDragged(NSEventModifierFlags flags, CG
     if (!isShiftHeld(flags)) {
         dragState_->selectedTarget.reset();
         hideOverlay();
+        eventMonitor_.ignoreMotionWithin(CGRectInfinite);
         return;
     }
     const auto current = windowManager_.focusedWindowFrame(*dragState_->app);
@@ -115,7 +117,8 @@ void WindowDragSnapController::handleMouseDragged(NSEventModifierFlags flags, CG
         eventMonitor_.ignoreRestOfPress();
         return;
     }
-    if (!hasMoved(dragState_->initialFrame, *current)) {
+    const double moved = distanceMoved(dragState_->initialFrame, *current);
+    if (moved <= 0) {
         hideOverlay();
         return;
     }
@@ -139,6 +142,8 @@ void WindowDragSnapController::handleMouseDragged(NSEventModifierFlags flags, CG
         active = commandIdentifier(*dragState_->selectedTarget);
     }
     overlay_->show(zones, active, *screen);
+    // The window goes with the pointer, and back where it started it shows no zones.
+    eventMonitor_.ignoreMotionWithin(regionAroundPoint(zones, screen->frame, pointer, moved));
 }
 
 void WindowDragSnapController::handleMouseUp(NSEventModifierFlags flags) {

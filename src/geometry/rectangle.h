@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace brisk {
 
@@ -40,6 +41,11 @@ struct CGRect {
 
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
+
+/// The whole plane.
+inline constexpr CGRect CGRectInfinite{
+    .origin = {.x = -std::numeric_limits<double>::max() / 2, .y = -std::numeric_limits<double>::max() / 2},
+    .size = {.width = std::numeric_limits<double>::max(), .height = std::numeric_limits<double>::max()}};
 
 /// Area shared by two rectangles of one space; 0 where they only touch or do not meet.
 constexpr double intersectionArea(const CGRect& a, const CGRect& b) {

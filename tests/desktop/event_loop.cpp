@@ -14,7 +14,7 @@ struct EventLoop::Item final : DispatchWorkItem {
     void cancel() override { work = nullptr; }
 };
 
-void EventLoop::watch(int fileDescriptor, std::function<void()> read, std::function<bool()> endTurn) {
+void EventLoop::watch(int fileDescriptor, std::function<void()> read, std::function<void()> endTurn) {
     fileDescriptor_ = fileDescriptor;
     read_ = std::move(read);
     endTurn_ = std::move(endTurn);
@@ -51,15 +51,14 @@ void EventLoop::runFor(std::chrono::milliseconds time) {
 }
 
 void EventLoop::turn(std::chrono::milliseconds longest) {
-    const bool isWatched = endTurn_();
+    endTurn_();
     if (!queue_.empty()) {
         longest = std::chrono::milliseconds(0);
     } else if (!delayed_.empty()) {
         const auto untilDue = std::chrono::ceil<std::chrono::milliseconds>(delayed_.begin()->first - Clock::now());
         longest = std::clamp(untilDue, std::chrono::milliseconds(0), longest);
     }
-    // A negative descriptor is none.
-    pollfd input{.fd = isWatched ? fileDescriptor_ : -1, .events = POLLIN, .revents = 0};
+    pollfd input{.fd = fileDescriptor_, .events = POLLIN, .revents = 0};
     const bool isReadable = poll(&input, 1, static_cast<int>(longest.count())) > 0;
     if (isReadable) {
         read_();

@@ -14,9 +14,8 @@ namespace brisk::desktop {
 /// as the program's own does.
 class EventLoop final : public MainQueue {
 public:
-    /// Calls `read` when the descriptor is readable, and `endTurn` each time before the loop sleeps: it says whether
-    /// the descriptor is to wake the loop.
-    void watch(int fileDescriptor, std::function<void()> read, std::function<bool()> endTurn);
+    /// Calls `read` when the descriptor is readable, and `endTurn` each time before the loop sleeps.
+    void watch(int fileDescriptor, std::function<void()> read, std::function<void()> endTurn);
 
     void async(std::function<void()> work) override;
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
@@ -37,7 +36,7 @@ private:
 
     int fileDescriptor_ = -1;
     std::function<void()> read_;
-    std::function<bool()> endTurn_;
+    std::function<void()> endTurn_;
     std::deque<std::function<void()>> queue_;
     std::multimap<Clock::time_point, std::shared_ptr<Item>> delayed_;
     unsigned wakeUps_ = 0;

@@ -42,11 +42,7 @@ class EventMonitorTest : public testing::Test {
 protected:
     EventMonitorTest() {
         loop.watch(
-            brisk->fileDescriptor(), [this] { brisk->processEvents(); },
-            [this] {
-                brisk->endTurn();
-                return brisk->isToBeWatched();
-            });
+            brisk->fileDescriptor(), [this] { brisk->processEvents(); }, [this] { brisk->endTurn(); });
         watch();
         pointer.moveTo(5, 890);
         // The first key of another keyboard brings that one's map along.
@@ -58,7 +54,12 @@ protected:
             allEvents, [this](NSEventType type, NSEventModifierFlags flags) {
                 reports.push_back({.type = type, .isShiftHeld = (flags & NSEventModifierFlagShift) != 0});
                 EXPECT_FALSE(std::exchange(isWorkDue, true)) << "who is told has a turn before the next report";
-                loop.async([this] { isWorkDue = false; });
+                loop.async([this] {
+                    isWorkDue = false;
+                    if (ignoredRegion) {
+                        monitor.ignoreMotionWithin(*ignoredRegion);
+                    }
+                });
                 if (type == leftMouseDown) {
                     activeAtPress = desktop.activeWindow();
                 }
@@ -127,6 +128,8 @@ protected:
     std::optional<GlobalEventMonitor::Token> token;
     Reports reports;
     bool isWorkDue = false;
+    /// What whoever is told of a report says it has no interest in.
+    std::optional<CGRect> ignoredRegion;
     xcb_window_t activeAtPress = XCB_WINDOW_NONE;
 };
 
@@ -169,6 +172,36 @@ TEST_F(EventMonitorTest, MotionIsThinnedAndItsLastIsReported) {
     pointer.up();
     ASSERT_TRUE(waitForReport(leftMouseUp));
     EXPECT_EQ(reports, (Reports{{leftMouseDragged}, {leftMouseDragged}, {leftMouseUp}}));
+}
+
+TEST_F(EventMonitorTest, MotionThatChangesNothingIsReportedLessOften) {
+    beginDrag(openElsewhere({}));
+    const auto drag = [&] {
+        const auto start = std::chrono::steady_clock::now();
+        const auto before = dragCount();
+        for (int step = 0; step < 300; ++step) {
+            pointer.moveBy(step % 2 == 0 ? 3 : -2, 0);
+            loop.runFor(milliseconds(1));
+        }
+        const auto elapsed = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
+        return static_cast<double>(dragCount() - before) / static_cast<double>(elapsed.count());
+    };
+    ignoredRegion = CGRectInfinite;
+    const double reportsInside = drag();
+    const CGPoint at = monitor.mouseLocation();
+    ignoredRegion = CGRect{.origin = at, .size = {1, 1}};
+    EXPECT_LT(reportsInside, 0.5 * drag()) << "a report each 32 ms, not each 8";
+
+    ignoredRegion = CGRectInfinite;
+    drag();
+    reports.clear();
+    keyboard.down(Key::leftShift);
+    EXPECT_TRUE(loop.runUntil([&] { return !reports.empty() && reports.back() == Report{leftMouseDragged, true}; }));
+    pointer.moveBy(1, 0);
+    pointer.up();
+    ASSERT_TRUE(waitForReport(leftMouseUp));
+    ASSERT_GE(reports.size(), 3U);
+    EXPECT_EQ(reports.end()[-2], (Report{leftMouseDragged, true})) << "the last motion is not left out";
 }
 
 TEST_F(EventMonitorTest, TheLastMotionNeedsNoRelease) {

@@ -35,10 +35,7 @@ public:
     HotKeysDesktop() {
         loop_.watch(
             connection_->fileDescriptor(), [this] { connection_->dispatchEvents(); },
-            [this] {
-                connection_->dispatchEvents();
-                return true;
-            });
+            [this] { connection_->dispatchEvents(); });
     }
 
     HotKeyService& hotKeys() override { return *hotKeys_; }

@@ -74,6 +74,32 @@ TEST(DragZones, SmallestZoneUnderThePointerWins) {
     }
 }
 
+TEST(RegionAroundPoint, HasOneTargetAndEndsAtItsEdges) {
+    const CGRect screen{.origin = {0, 0}, .size = {1440, 900}};
+    const std::vector<WindowDragTarget> targets{WindowLayout::leftHalf, WindowLayout::maximize, WindowLayout::center,
+                                                custom("a", {3, 3, 1, 1, 1, 1}, true)};
+    const auto zones = buildZones(targets, usable, 10, notInTheCycle);
+    constexpr double farther = 10'000;
+    for (double x = 1; x < screen.maxX(); x += 45) {
+        for (double y = 1; y < screen.maxY(); y += 45) {
+            const CGPoint point{x, y};
+            SCOPED_TRACE(testing::PrintToString(point));
+            const auto target = targetAtPoint(zones, point);
+            const CGRect region = regionAroundPoint(zones, screen, point, farther);
+            ASSERT_TRUE(region.contains(point));
+            constexpr double inside = 0.01;
+            for (const CGPoint corner : {region.origin, CGPoint{region.maxX() - inside, region.minY()},
+                                         CGPoint{region.minX(), region.maxY() - inside},
+                                         CGPoint{region.maxX() - inside, region.maxY() - inside}}) {
+                EXPECT_EQ(targetAtPoint(zones, corner), target);
+                EXPECT_TRUE(screen.contains(corner));
+            }
+        }
+    }
+    EXPECT_EQ(regionAroundPoint({}, screen, {100, 50}, farther), screen) << "nothing but the display";
+    EXPECT_EQ(regionAroundPoint(zones, screen, {1400, 890}, 2), (CGRect{{1398, 888}, {4, 4}})) << "within reach";
+}
+
 TEST(ScreenContainingPoint, ContainsElseNearestElseEarlier) {
     const ScreenInfo left{.frame = {{0, 0}, {1000, 800}}, .visibleFrame = {{0, 0}, {1000, 760}}};
     const ScreenInfo right{.frame = {{1000, 0}, {1000, 1000}}, .visibleFrame = {{1000, 0}, {1000, 1000}}};

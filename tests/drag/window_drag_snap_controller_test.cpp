@@ -233,6 +233,25 @@ TEST_F(WindowDragSnapControllerTest, TheMouseIsWatchedOnlyAsLongAsTheGestureMayS
     EXPECT_TRUE(isIgnored());
 }
 
+TEST_F(WindowDragSnapControllerTest, MotionIsOfNoInterestAsLongAsItChangesNothing) {
+    std::optional<CGRect>& ignored = desktop.eventMonitor.ignoredRegion;
+    const auto ignoredAfter = [&](NSEventModifierFlags flags, CGPoint by) {
+        ignored.reset();
+        drag(flags, by);
+        return ignored;
+    };
+    press();
+    EXPECT_EQ(ignoredAfter(0, {1, 0}), CGRectInfinite) << "as long as Shift is not held";
+    EXPECT_EQ(ignoredAfter(shift, {1, 0}), std::nullopt) << "the window is about to move";
+    EXPECT_EQ(ignoredAfter(shift, {18, 0}), (CGRect{{982, 482}, {36, 36}}))
+        << "18 points back the window would count as not moved";
+    drag(shift, {2000, 0});
+    const auto region = ignoredAfter(shift, {0, 0});
+    ASSERT_TRUE(region);
+    EXPECT_TRUE(region->contains(desktop.eventMonitor.pointer));
+    EXPECT_FALSE(region->contains({100, 500})) << "there is another zone";
+}
+
 TEST_F(WindowDragSnapControllerTest, StopEndsTheGestureAndTheWatching) {
     controller->start();
     EXPECT_THAT(desktop.log.calls(), ElementsAre("addGlobalMonitorForEventsMatchingMask 70")) << "started once";

@@ -72,7 +72,6 @@ TEST_F(MainQueueTest, ADialogOpenedByWorkGoesOnAndItsEndIsTheProgramsToo) {
                                            dialog->exit();
                                            loop.exit(inTime);
                                        }
-                                       return true;
                                    }});
     queue.async([&] {
         QEventLoop inner;
@@ -81,23 +80,6 @@ TEST_F(MainQueueTest, ADialogOpenedByWorkGoesOnAndItsEndIsTheProgramsToo) {
         inner.exec();
         dialog = nullptr;
     });
-    EXPECT_EQ(loop.exec(), inTime);
-    close(pipe.front());
-    close(pipe.back());
-}
-
-TEST_F(MainQueueTest, ADescriptorIsReadOnlyWhenItMayWakeTheLoop) {
-    std::array<int, 2> pipe{};
-    ASSERT_EQ(::pipe(pipe.data()), 0);
-    ASSERT_EQ(write(pipe.back(), "x", 1), 1);
-    bool isToBeWatched = false;
-    queue.watch(pipe.front(), {.read =
-                                   [&] {
-                                       EXPECT_TRUE(isToBeWatched);
-                                       loop.exit(inTime);
-                                   },
-                               .endTurn = [&] { return isToBeWatched; }});
-    queue.asyncAfter(20ms, [&] { isToBeWatched = true; });
     EXPECT_EQ(loop.exec(), inTime);
     close(pipe.front());
     close(pipe.back());

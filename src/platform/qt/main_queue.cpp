@@ -3,43 +3,74 @@
 #include <QAbstractEventDispatcher>
 #include <QPointer>
 #include <QSocketNotifier>
-#include <QTimer>
+#include <QTimerEvent>
 
 #include <algorithm>
 #include <cstddef>
+#include <unordered_map>
 #include <utility>
 
 namespace brisk::qt {
 
-namespace {
-
-class TimedWork final : public DispatchWorkItem {
+/// Work that waits for its time. A QTimer for each piece would take one more turn of the loop to be deleted in.
+class MainQueue::Timers final : public QObject {
 public:
-    explicit TimedWork(QTimer* timer) : timer_(timer) {}
-    void cancel() override {
-        if (timer_) {
-            timer_->stop();
-            timer_->deleteLater();
-        }
+    explicit Timers(MainQueue& queue) : queue_(queue) {}
+
+    DispatchWorkItemRef start(std::chrono::milliseconds delay, std::function<void()> work) {
+        const int id = startTimer(delay, Qt::PreciseTimer);
+        const auto timer = std::make_shared<Timer>(*this, id, std::move(work));
+        timers_.emplace(id, timer);
+        return timer;
     }
 
 private:
-    /// Null once the work has run or its queue is gone.
-    QPointer<QTimer> timer_;
+    class Timer final : public DispatchWorkItem {
+    public:
+        Timer(Timers& owner, int id, std::function<void()> work) : owner_(&owner), id_(id), work_(std::move(work)) {}
+        void cancel() override {
+            if (owner_) {
+                owner_->stop(id_);
+            }
+        }
+        /// From here on the id may be another's.
+        std::function<void()> takeWork() {
+            owner_ = nullptr;
+            return std::exchange(work_, nullptr);
+        }
+
+    private:
+        QPointer<Timers> owner_;
+        int id_;
+        std::function<void()> work_;
+    };
+
+    std::function<void()> stop(int id) {
+        killTimer(id);
+        return timers_.extract(id).mapped()->takeWork();
+    }
+
+    void timerEvent(QTimerEvent* event) override {
+        queue_.works_.push_back(stop(event->timerId()));
+        queue_.runQueuedWork();
+    }
+
+    MainQueue& queue_;
+    std::unordered_map<int, std::shared_ptr<Timer>> timers_;
 };
 
-} // namespace
-
-MainQueue::MainQueue() {
+MainQueue::MainQueue() : timers_(std::make_unique<Timers>(*this)) {
     // All that woke the loop has submitted its work by then, which so needs no wake-up of its own.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &context_,
                      [this] { endTurn(); });
 }
 
+MainQueue::~MainQueue() = default;
+
 void MainQueue::watch(int fileDescriptor, Input input) {
     input_ = std::move(input);
-    readable_ = new QSocketNotifier(fileDescriptor, QSocketNotifier::Read, &context_);
-    QObject::connect(readable_, &QSocketNotifier::activated, &context_, [this] { input_.read(); });
+    auto* readable = new QSocketNotifier(fileDescriptor, QSocketNotifier::Read, &context_);
+    QObject::connect(readable, &QSocketNotifier::activated, &context_, [this] { input_.read(); });
 }
 
 void MainQueue::async(std::function<void()> work) {
@@ -49,8 +80,8 @@ void MainQueue::async(std::function<void()> work) {
 void MainQueue::endTurn() {
     const unsigned turn = ++turns_;
     runQueuedWork();
-    if (readable_ != nullptr) {
-        readable_->setEnabled(input_.endTurn());
+    if (input_.endTurn) {
+        input_.endTurn();
     }
     // A modal dialog that was opened by the work has had a loop of its own: what should have woken this one, such as
     // the program's end, may have woken that.
@@ -72,17 +103,8 @@ void MainQueue::runQueuedWork() {
 }
 
 DispatchWorkItemRef MainQueue::asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) {
-    auto* timer = new QTimer(&context_);
-    timer->setSingleShot(true);
-    timer->setTimerType(Qt::PreciseTimer);
-    QObject::connect(timer, &QTimer::timeout, timer, [this, timer, work = std::move(work)] {
-        timer->deleteLater();
-        works_.push_back(work);
-        runQueuedWork();
-    });
     // Qt refuses a time that has passed, and the work would never run.
-    timer->start(std::max(delay, std::chrono::milliseconds::zero()));
-    return std::make_shared<TimedWork>(timer);
+    return timers_->start(std::max(delay, std::chrono::milliseconds::zero()), std::move(work));
 }
 
 } // namespace brisk::qt

@@ -6,8 +6,7 @@
 
 #include <deque>
 #include <functional>
-
-class QSocketNotifier;
+#include <memory>
 
 namespace brisk::qt {
 
@@ -21,12 +20,14 @@ public:
     struct Input {
         /// Called when the descriptor is readable.
         std::function<void()> read;
-        /// Called each time before the loop sleeps, after the queued work. Returns whether the descriptor is to wake
-        /// the loop from that sleep.
-        std::function<bool()> endTurn;
+        /// Called each time before the loop sleeps, after the queued work.
+        std::function<void()> endTurn;
     };
 
     MainQueue();
+    MainQueue(const MainQueue&) = delete;
+    MainQueue& operator=(const MainQueue&) = delete;
+    ~MainQueue() override;
 
     /// Watches the one descriptor from now on.
     void watch(int fileDescriptor, Input input);
@@ -34,14 +35,16 @@ public:
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
 private:
+    class Timers;
+
     void endTurn();
     void runQueuedWork();
 
     std::deque<std::function<void()>> works_;
     unsigned turns_ = 0;
     Input input_;
-    QSocketNotifier* readable_ = nullptr;
-    /// Receives the loop's signals; owns the timers and the notifier.
+    std::unique_ptr<Timers> timers_;
+    /// Receives the loop's signals; owns the notifier.
     QObject context_;
 };
 

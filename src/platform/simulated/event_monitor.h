@@ -4,6 +4,7 @@
 #include "platform/simulated/call_log.h"
 
 #include <map>
+#include <optional>
 
 namespace brisk::simulated {
 
@@ -15,6 +16,8 @@ public:
     CGPoint pointer;
     /// Whether the platform lets the mouse be watched.
     bool isAvailable = true;
+    /// Where its motion changes nothing, as whoever watches has said last.
+    std::optional<CGRect> ignoredRegion;
 
     /// Reports an event to whoever watches that kind.
     void send(NSEventType type, NSEventModifierFlags flags);
@@ -22,6 +25,7 @@ public:
     std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) override;
     void removeMonitor(Token token) override;
     void ignoreRestOfPress() override { log_.record("ignoreRestOfPress"); }
+    void ignoreMotionWithin(const CGRect& region) override { ignoredRegion = region; }
     CGPoint mouseLocation() override { return pointer; }
 
 private:

@@ -52,9 +52,6 @@ public:
     /// True once the server is gone, and nothing works any more.
     bool isBroken() const { return connection_->isBroken(); }
 
-    /// Whether the descriptor is to wake the main loop from its next sleep; not when a timer is soon to do.
-    bool isToBeWatched() const { return !isBroken() && !eventMonitor_.isReportDue(); }
-
     /// Takes in what the server has said, and ends the turn.
     void processEvents();
     /// Takes in what came along with replies, which the descriptor does not announce any more, sends what was held back

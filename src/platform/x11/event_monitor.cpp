@@ -1,11 +1,6 @@
 #include "platform/x11/event_monitor.h"
 
 #include "platform/x11/events.h"
-#include "platform/x11/xkb.h"
-
-#include <xcb/randr.h>
-#include <xcb/res.h>
-#include <xcb/xinput.h>
 
 #include <algorithm>
 #include <utility>
@@ -13,15 +8,11 @@
 namespace brisk::x11 {
 namespace {
 
-/// A display shows no more than 120 pictures a second, and each report costs its reader a look at the window.
-constexpr std::chrono::milliseconds dragInterval{8};
-/// Motion that is this little early for its report is not worth a sleep.
+/// A report that is this little early is not worth a sleep.
 constexpr std::chrono::milliseconds dragSlack{1};
 /// How long a press waits for its window to become active. Window managers take 3 to 9 ms; a press on what never
 /// becomes active is reported this late.
 constexpr std::chrono::milliseconds longestHold{150};
-/// Buttons from here on are the wheel's.
-constexpr std::uint32_t firstWheelButton = 4;
 
 NSEventModifierFlags flagsOf(std::uint16_t modifiers) {
     // Which bits are Option and Command is up to the keyboard map, and no drag depends on them.
@@ -35,11 +26,16 @@ NSEventModifierFlags flagsOf(std::uint16_t modifiers) {
 
 EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
                            ReadAhead readAhead)
-    : connection_(connection), atoms_(atoms), displays_(displays), queue_(queue), readAhead_(std::move(readAhead)) {}
+    : connection_(connection),
+      atoms_(atoms),
+      displays_(displays),
+      queue_(queue),
+      readAhead_(std::move(readAhead)),
+      input_(connection) {}
 
 EventMonitor::~EventMonitor() {
     if (!monitors_.empty()) {
-        select(Selection::nothing);
+        input_.select(RawInput::Selection::nothing);
     }
     stopTimer();
 }
@@ -47,11 +43,11 @@ EventMonitor::~EventMonitor() {
 std::optional<GlobalEventMonitor::Token> EventMonitor::addGlobalMonitorForEventsMatchingMask(NSEventMask mask,
                                                                                              Handler handler) {
     if (monitors_.empty()) {
-        if (!canWatch()) {
+        if (!input_.isAvailable()) {
             return std::nullopt;
         }
         subscription_ = connection_.addEventHandler([this](const xcb_generic_event_t& event) { hear(event); });
-        select(Selection::buttons);
+        input_.select(RawInput::Selection::buttons);
     }
     monitors_.push_back({.token = ++lastToken_, .mask = mask, .handler = std::move(handler)});
     return lastToken_;
@@ -62,7 +58,7 @@ void EventMonitor::removeMonitor(Token token) {
         !monitors_.empty()) {
         return;
     }
-    select(Selection::nothing);
+    input_.select(RawInput::Selection::nothing);
     subscription_ = {};
     notices_.clear();
     drag_.reset();
@@ -77,104 +73,52 @@ void EventMonitor::ignoreRestOfPress() {
     }
 }
 
+void EventMonitor::ignoreMotionWithin(const CGRect& region) {
+    if (drag_) {
+        drag_->nextLook = std::max(drag_->nextLook, drag_->pace.endOfStayIn(region));
+    }
+}
+
 CGPoint EventMonitor::mouseLocation() {
     const auto readAlong = std::exchange(pointerOfReport_, std::nullopt);
     const auto pointer = readAlong ? readAlong : readPointer(connection_);
-    if (!pointer) {
-        return {};
-    }
+    return pointer ? toAppKit(*pointer) : CGPoint{};
+}
+
+CGPoint EventMonitor::toAppKit(const PointerReading& pointer) {
     // The lower left corner of the pointer's pixel: half-open rectangles then contain exactly the pixels they cover,
     // the topmost row of a display included.
-    return displays_.toAppKit({.x = static_cast<double>(pointer->rootX), .y = static_cast<double>(pointer->rootY + 1)});
-}
-
-/// Raw events that also come while another client has grabbed the pointer need version 2.1 of the input extension;
-/// which modifiers were held at a release only the keyboard extension tells in time.
-bool EventMonitor::canWatch() {
-    xcb_connection_t* const xcb = connection_.xcb();
-    for (xcb_extension_t* const extension : {&xcb_input_id, &xcb_xkb_id, &xcb_randr_id, &xcb_res_id}) {
-        xcb_prefetch_extension_data(xcb, extension);
-    }
-    const auto* const input = xcb_get_extension_data(xcb, &xcb_input_id);
-    const auto* const xkb = xcb_get_extension_data(xcb, &xcb_xkb_id);
-    const auto* const randr = xcb_get_extension_data(xcb, &xcb_randr_id);
-    if (input == nullptr || input->present == 0 || xkb == nullptr || xkb->present == 0) {
-        return false;
-    }
-    const auto versionCookie = xcb_input_xi_query_version(xcb, 2, 2);
-    const auto xkbCookie = xcb_xkb_use_extension(xcb, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
-    const Reply<xcb_input_xi_query_version_reply_t> version{
-        xcb_input_xi_query_version_reply(xcb, versionCookie, nullptr)};
-    const Reply<xcb_xkb_use_extension_reply_t> xkbUse{xcb_xkb_use_extension_reply(xcb, xkbCookie, nullptr)};
-    if (!version || std::pair<int, int>(version->major_version, version->minor_version) < std::pair(2, 1) || !xkbUse ||
-        xkbUse->supported == 0) {
-        return false;
-    }
-    inputExtension_ = input->major_opcode;
-    xkbEvent_ = xkb->first_event;
-    randrEvent_ = randr != nullptr && randr->present != 0 ? randr->first_event : std::uint8_t{0};
-    return true;
-}
-
-void EventMonitor::select(Selection selection) {
-    struct {
-        xcb_input_event_mask_t head;
-        std::uint32_t mask;
-    } request{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1}, .mask = 0};
-    if (selection != Selection::nothing) {
-        request.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
-    }
-    if (selection == Selection::everything) {
-        request.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    }
-    xcb_input_xi_select_events(connection_.xcb(), connection_.root(), 1, &request.head);
-
-    xcb_xkb_select_events_details_t details{};
-    details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
-    details.stateDetails = selection == Selection::everything ? XCB_XKB_STATE_PART_MODIFIER_STATE : 0;
-    xcb_xkb_select_events_aux(connection_.xcb(), XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0,
-                              &details);
+    return displays_.toAppKit({.x = static_cast<double>(pointer.rootX), .y = static_cast<double>(pointer.rootY + 1)});
 }
 
 void EventMonitor::hear(const xcb_generic_event_t& event) {
-    const std::uint8_t type = typeOf(event);
-    if (type == XCB_GE_GENERIC) {
-        if (as<xcb_ge_generic_event_t>(event).extension == inputExtension_) {
-            hearInput(event);
-        }
-    } else if (type == XCB_PROPERTY_NOTIFY) {
+    if (typeOf(event) == XCB_PROPERTY_NOTIFY) {
         const auto& property = as<xcb_property_notify_event_t>(event);
         if (property.window == connection_.root()) {
             hearRootProperty(property.atom);
         }
-    } else if (type == XCB_CONFIGURE_NOTIFY) {
-        if (as<xcb_configure_notify_event_t>(event).window == connection_.root()) {
-            noteMotion();
-        }
-    } else if (type == xkbEvent_) {
-        if (event.pad0 == XCB_XKB_STATE_NOTIFY) {
-            note({.kind = Notice::Kind::modifiers, .detail = as<xcb_xkb_state_notify_event_t>(event).mods});
-        }
-    } else if (randrEvent_ != 0 &&
-               (type == randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == randrEvent_ + XCB_RANDR_NOTIFY)) {
-        noteMotion();
-    }
-}
-
-void EventMonitor::hearInput(const xcb_generic_event_t& event) {
-    const std::uint16_t kind = as<xcb_ge_generic_event_t>(event).event_type;
-    if (kind == XCB_INPUT_RAW_MOTION) {
-        noteMotion();
         return;
     }
-    const std::uint32_t button = as<xcb_input_raw_button_press_event_t>(event).detail;
-    if (button >= firstWheelButton) {
+    const auto heard = input_.eventIn(event);
+    if (!heard) {
         return;
     }
-    if (kind == XCB_INPUT_RAW_BUTTON_PRESS) {
-        note({.kind = Notice::Kind::press, .detail = button});
-    } else if (kind == XCB_INPUT_RAW_BUTTON_RELEASE) {
-        note({.kind = Notice::Kind::release, .detail = button});
+    switch (heard->kind) {
+    case RawInput::Event::Kind::press:
+        note({.kind = Notice::Kind::press, .detail = heard->detail});
+        break;
+    case RawInput::Event::Kind::release:
+        note({.kind = Notice::Kind::release, .detail = heard->detail});
+        break;
+    case RawInput::Event::Kind::modifiers:
+        note({.kind = Notice::Kind::modifiers, .detail = heard->detail});
+        break;
+    case RawInput::Event::Kind::motion:
+        noteMotion();
+        break;
+    case RawInput::Event::Kind::displays:
+        noteDrag();
+        break;
     }
 }
 
@@ -184,10 +128,16 @@ void EventMonitor::hearRootProperty(xcb_atom_t property) {
         return;
     }
     if (drag_->isReported) {
-        noteMotion();
+        noteDrag();
     } else if (isActiveWindow) {
         drag_->isActiveWindowStale = true;
         schedule();
+    }
+}
+
+void EventMonitor::hearMotion(bool isHeard) {
+    if (std::exchange(drag_->isMotionHeard, isHeard) != isHeard) {
+        input_.select(isHeard ? RawInput::Selection::everything : RawInput::Selection::buttonsAndModifiers);
     }
 }
 
@@ -196,14 +146,32 @@ void EventMonitor::note(Notice notice) {
     schedule();
 }
 
-/// Motion since the last report counts as one, whatever moved.
+/// A mouse that has begun to move is heard no more, but looked at until it rests.
 void EventMonitor::noteMotion() {
-    if (drag_ && (notices_.empty() || notices_.back().kind != Notice::Kind::motion)) {
-        notices_.push_back({.kind = Notice::Kind::motion});
-        // Of a fast mouse nearly every motion comes before its turn: no turn of the queue for those.
-        if (!mustWait(notices_.back())) {
-            schedule();
-        }
+    if (drag_ && drag_->isMotionHeard) {
+        hearMotion(false);
+        noteDrag();
+    }
+}
+
+/// Everything since the last report counts as one drag, whatever moved.
+void EventMonitor::noteDrag() {
+    if (!drag_) {
+        return;
+    }
+    if (notices_.empty() || !notices_.back().isDrag()) {
+        notices_.push_back({.kind = Notice::Kind::drag});
+    } else if (std::exchange(notices_.back().kind, Notice::Kind::drag) == Notice::Kind::look) {
+        // It was set for the look.
+        stopTimer();
+    }
+    schedule();
+}
+
+void EventMonitor::noteLook(Clock::time_point time) {
+    drag_->nextLook = time;
+    if (notices_.empty() || !notices_.back().isDrag()) {
+        note({.kind = Notice::Kind::look});
     }
 }
 
@@ -279,13 +247,16 @@ bool EventMonitor::endHold() {
     return true;
 }
 
-/// Motion waits for its turn as long as nothing comes after it.
+/// A drag waits for its turn as long as nothing comes after it.
 bool EventMonitor::mustWait(const Notice& notice) {
-    if (notice.kind != Notice::Kind::motion || notices_.size() > 1 || !drag_ ||
-        Clock::now() >= nextDragReport_ - dragSlack) {
+    if (!notice.isDrag() || notices_.size() > 1 || !drag_) {
         return false;
     }
-    wakeAt(nextDragReport_);
+    const auto turn = notice.kind == Notice::Kind::look ? drag_->nextLook : drag_->pace.nextReport();
+    if (Clock::now() >= turn - dragSlack) {
+        return false;
+    }
+    wakeAt(turn);
     return true;
 }
 
@@ -305,9 +276,14 @@ void EventMonitor::deal(const Notice& notice) {
             end(drag_->modifiers);
         }
         break;
-    case Notice::Kind::motion:
+    case Notice::Kind::drag:
         if (drag_) {
             reportDrag();
+        }
+        break;
+    case Notice::Kind::look:
+        if (drag_) {
+            look();
         }
         break;
     case Notice::Kind::modifiers:
@@ -320,7 +296,7 @@ void EventMonitor::deal(const Notice& notice) {
 
 void EventMonitor::begin(std::uint32_t button) {
     // Asked for before the pointer is read, so that no change of the modifiers falls in between.
-    select(Selection::everything);
+    input_.select(RawInput::Selection::everything);
     const auto press = readPress(connection_, atoms_);
     connection_.dispatchQueuedEvents();
     // Raw events know the physical button. Which one is the left one the state tells, as long as it is still that of
@@ -330,7 +306,7 @@ void EventMonitor::begin(std::uint32_t button) {
     });
     const bool isLeft = press && isStateOfPress ? (press->pointer.state & XCB_BUTTON_MASK_1) != 0 : button == 1;
     if (!press || !isLeft || press->isOwn) {
-        select(Selection::buttons);
+        input_.select(RawInput::Selection::buttons);
         return;
     }
     const bool isClear = press->isActive || press->pointer.topLevel == XCB_WINDOW_NONE;
@@ -342,7 +318,8 @@ void EventMonitor::begin(std::uint32_t button) {
     };
 }
 
-void EventMonitor::reportDrag() {
+/// Where the pointer is, if the drag goes on.
+std::optional<PointerReading> EventMonitor::readDrag() {
     if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
         readAhead_.ask();
     }
@@ -354,17 +331,44 @@ void EventMonitor::reportDrag() {
     });
     if (pointer && (pointer->state & XCB_BUTTON_MASK_1) == 0 && !isReleaseHeard) {
         end(0);
-        return;
+        return std::nullopt;
     }
     if (isReleaseHeard) {
         readAhead_.dragHasEnded();
     }
-    pointerOfReport_ = pointer;
-    // One interval after the other: a report that was late does not put off those that follow, which would otherwise
-    // all wait when the mouse is no faster than the reports.
-    const auto now = Clock::now();
     stopTimer();
-    nextDragReport_ = std::clamp(nextDragReport_, now - dragInterval, now) + dragInterval;
+    return pointer;
+}
+
+void EventMonitor::reportDrag() {
+    if (const auto pointer = readDrag()) {
+        reportDragTo(*pointer);
+    }
+}
+
+/// Reports the drag if the pointer has moved since the last report. One that was found at rest twice is heard again.
+void EventMonitor::look() {
+    // Before the pointer is read, so that no motion falls in between.
+    hearMotion(drag_->isStill);
+    const auto pointer = readDrag();
+    if (!pointer) {
+        return;
+    }
+    drag_->isStill = drag_->pace.isAt(toAppKit(*pointer));
+    if (!drag_->isStill) {
+        hearMotion(false);
+        reportDragTo(*pointer);
+    } else if (!drag_->isMotionHeard) {
+        noteLook(Clock::now() + DragPace::interval);
+    }
+}
+
+void EventMonitor::reportDragTo(const PointerReading& pointer) {
+    drag_->pace.report(Clock::now(), toAppKit(pointer));
+    if (!drag_->isMotionHeard) {
+        noteLook(drag_->pace.nextReport());
+    }
+    pointerOfReport_ = pointer;
     report(NSEventType::leftMouseDragged, drag_->modifiers);
 }
 
@@ -383,9 +387,10 @@ void EventMonitor::end(std::uint16_t modifiers) {
 
 void EventMonitor::forgetDrag() {
     drag_.reset();
+    std::erase_if(notices_, [](const Notice& notice) { return notice.kind == Notice::Kind::look; });
     pointerOfReport_.reset();
     stopTimer();
-    select(Selection::buttons);
+    input_.select(RawInput::Selection::buttons);
 }
 
 void EventMonitor::report(NSEventType type, std::uint16_t modifiers) {

@@ -5,7 +5,9 @@
 #include "platform/x11/atoms.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/displays.h"
+#include "platform/x11/drag_pace.h"
 #include "platform/x11/pointer.h"
+#include "platform/x11/raw_input.h"
 
 #include <chrono>
 #include <cstdint>
@@ -18,8 +20,9 @@
 namespace brisk::x11 {
 
 /// The left mouse button and the pointer, watched through the server's raw input events: these come whoever has grabbed
-/// the pointer, during every window manager's own moves. Motion and modifiers are asked for only while the button is
-/// down, so that an idle Brisk is not woken by a moving mouse.
+/// the pointer, during every window manager's own moves. Modifiers are asked for only while the button is down, and
+/// motion only until the pointer sets out: from then on it is looked at when a report is due, until it rests again. An
+/// idle Brisk is not woken by a moving mouse, and one that follows a drag not a thousand times a second.
 ///
 /// At a press the active window is still the old one. The press, with everything after it, is reported once the window
 /// under the pointer has become active, and after a short time in any case.
@@ -46,14 +49,11 @@ public:
     std::optional<Token> addGlobalMonitorForEventsMatchingMask(NSEventMask mask, Handler handler) override;
     void removeMonitor(Token token) override;
     void ignoreRestOfPress() override;
+    void ignoreMotionWithin(const CGRect& region) override;
     CGPoint mouseLocation() override;
 
-    /// Whether a timer is about to make a report, which reads all that the server has said by then: the connection need
-    /// not be watched for that long, and a fast mouse does not wake the main loop a thousand times a second.
-    bool isReportDue() const { return timer_ && drag_ && drag_->isReported; }
-
 private:
-    using Clock = std::chrono::steady_clock;
+    using Clock = DragPace::Clock;
 
     struct Monitor {
         Token token;
@@ -62,10 +62,12 @@ private:
     };
     /// What was heard and not yet dealt with.
     struct Notice {
-        enum class Kind : std::uint8_t { press, release, motion, modifiers };
+        /// A drag is to be reported; a look is reported if it shows that the pointer has moved.
+        enum class Kind : std::uint8_t { press, release, drag, look, modifiers };
         Kind kind;
         /// The physical button of a press or release, the modifiers' new state.
         std::uint32_t detail = 0;
+        bool isDrag() const { return kind == Kind::drag || kind == Kind::look; }
     };
     /// From the left button's press to its release.
     struct Drag {
@@ -76,17 +78,21 @@ private:
         Clock::time_point heldUntil;
         bool isActiveWindowStale = true;
         bool isReported = false;
+        DragPace pace;
+        /// When the pointer is looked at, while its motion is not heard.
+        Clock::time_point nextLook;
+        bool isMotionHeard = true;
+        /// Whether the pointer was where it had been when it was looked at last.
+        bool isStill = false;
     };
 
-    bool canWatch();
-    enum class Selection : std::uint8_t { nothing, buttons, everything };
-    void select(Selection selection);
-
     void hear(const xcb_generic_event_t& event);
-    void hearInput(const xcb_generic_event_t& event);
     void hearRootProperty(xcb_atom_t property);
+    void hearMotion(bool isHeard);
     void note(Notice notice);
     void noteMotion();
+    void noteDrag();
+    void noteLook(Clock::time_point time);
 
     void schedule();
     void wakeAt(Clock::time_point time);
@@ -100,7 +106,11 @@ private:
     void change(std::uint16_t modifiers);
     void end(std::uint16_t modifiers);
     void forgetDrag();
+    std::optional<PointerReading> readDrag();
     void reportDrag();
+    void look();
+    void reportDragTo(const PointerReading& pointer);
+    CGPoint toAppKit(const PointerReading& pointer);
     void report(NSEventType type, std::uint16_t modifiers);
 
     Connection& connection_;
@@ -111,14 +121,9 @@ private:
     std::vector<Monitor> monitors_;
     Token lastToken_ = 0;
 
-    /// The extensions' numbers, 0 as long as nobody watched.
-    std::uint8_t inputExtension_ = 0;
-    std::uint8_t xkbEvent_ = 0;
-    std::uint8_t randrEvent_ = 0;
-
+    RawInput input_;
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
-    Clock::time_point nextDragReport_;
     /// The pointer as read for the last report of a drag, until it is asked for.
     std::optional<PointerReading> pointerOfReport_;
     bool isScheduled_ = false;
