@@ -33,8 +33,9 @@ std::vector<WindowDragZone> buildZones(std::span<const WindowDragTarget> targets
 /// The target of the smallest zone that contains the point, since zones nest; the earlier of equals; none outside all.
 std::optional<WindowDragTarget> targetAtPoint(std::span<const WindowDragZone> zones, CGPoint point);
 
-/// A region around the point (AppKit coordinates) that lies within the display's `screenFrame` and across no edge of a
-/// zone, so that all its points have the same target; no further than `reach` points from the point.
+/// A region around a point of the display with that `screenFrame` (AppKit coordinates) that lies within the display and
+/// across no edge of a zone, so that all its points have the same target; no further than `reach` points from the
+/// point.
 CGRect regionAroundPoint(std::span<const WindowDragZone> zones, const CGRect& screenFrame, CGPoint point, double reach);
 
 } // namespace brisk

@@ -36,9 +36,9 @@ public:
     /// mouse that moves then costs as little as with no button down.
     virtual void ignoreRestOfPress() = 0;
 
-    /// Says that the drag that was last reported changes nothing for anybody as long as the pointer stays in that
-    /// region (AppKit coordinates), which holds until the next report. That may then come later, as long as a pointer
-    /// of that speed is in the region; what else makes a report is not put off, and the last motion is not left out.
+    /// Says, of the drag that was reported last, that motion within that region (AppKit coordinates) hardly matters to
+    /// anybody. The next report may then come a few pictures later, as long as the pointer, judged by its speed, cannot
+    /// have left the region; what else makes a report is not put off, and the last motion is not left out.
     virtual void ignoreMotionWithin(const CGRect& region) = 0;
 
     /// Where the pointer is now, in AppKit coordinates.

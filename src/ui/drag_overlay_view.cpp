@@ -249,7 +249,8 @@ QRegion WindowDragOverlayView::areaOf(const ZonePicture& zone, const Pill& pill)
         static_assert(zoneRadius > activeCutOutLineWidth + 1);
         area -= rectangle.adjusted(zoneRadius, zoneRadius, -zoneRadius, -zoneRadius).toRect();
     }
-    return area | flipped(pill.rectangle).toAlignedRect();
+    // Cut out in pixels, its edge may lie up to half a pixel outside.
+    return area | flipped(pill.rectangle).toAlignedRect().adjusted(-1, -1, 1, 1);
 }
 
 QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {

@@ -44,7 +44,7 @@ private:
     struct Drawing {
         ZonePicture zone;
         Pill pill;
-        /// Where anything of it is painted, or is when it is the active one, in the widget's units.
+        /// Where anything of it is painted, in the widget's units.
         QRegion area;
         /// What it takes of a cut-out surface, in pixels; empty on the other.
         QRegion outline;

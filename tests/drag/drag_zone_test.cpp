@@ -80,9 +80,9 @@ TEST(RegionAroundPoint, HasOneTargetAndEndsAtItsEdges) {
                                                 custom("a", {3, 3, 1, 1, 1, 1}, true)};
     const auto zones = buildZones(targets, usable, 10, notInTheCycle);
     constexpr double farther = 10'000;
-    for (double x = 1; x < screen.maxX(); x += 45) {
-        for (double y = 1; y < screen.maxY(); y += 45) {
-            const CGPoint point{x, y};
+    for (int x = 1; x < 1440; x += 45) {
+        for (int y = 1; y < 900; y += 45) {
+            const CGPoint point{static_cast<double>(x), static_cast<double>(y)};
             SCOPED_TRACE(testing::PrintToString(point));
             const auto target = targetAtPoint(zones, point);
             const CGRect region = regionAroundPoint(zones, screen, point, farther);
@@ -96,6 +96,8 @@ TEST(RegionAroundPoint, HasOneTargetAndEndsAtItsEdges) {
             }
         }
     }
+    const WindowDragZone zone{.target = WindowLayout::center, .frame = {{400, 300}, {500, 200}}};
+    EXPECT_EQ(regionAroundPoint(std::vector{zone}, screen, {450, 350}, farther), zone.frame) << "as large as may be";
     EXPECT_EQ(regionAroundPoint({}, screen, {100, 50}, farther), screen) << "nothing but the display";
     EXPECT_EQ(regionAroundPoint(zones, screen, {1400, 890}, 2), (CGRect{{1398, 888}, {4, 4}})) << "within reach";
 }

@@ -251,5 +251,32 @@ TEST_F(DragOverlayController, RepaintsWhatChangedAndNothingWhenNothingDid) {
     EXPECT_FALSE(recorder.painted.contains(QPoint(320, 350))) << "the zone between them looks as before";
 }
 
+TEST_F(DragOverlayController, RepaintsOnlyTheLinesOfWhatIsCutOut) {
+    nativeWindows.compositing = false;
+    WindowDragOverlayController overlay(nativeWindows);
+    view()->resize(800, 600);
+    overlay.show(zones, "window.leftHalf", screen);
+    settle();
+    PaintRecorder recorder;
+    view()->installEventFilter(&recorder);
+    overlay.show(zones, "window.rightHalf", screen);
+    settle();
+    EXPECT_FALSE(recorder.painted.contains(QPoint(100, 100))) << "nothing shows inside";
+    // Whatever is drawn of the zones before and after has been painted anew.
+    EXPECT_CALL(nativeWindows, setShape)
+        .Times(2)
+        .WillRepeatedly([&](NativeWindowID, const std::optional<std::vector<CGRect>>& shape) {
+            ASSERT_TRUE(shape);
+            for (const CGRect& rect : *shape) {
+                const QRect pixels = QRectF(rect.minX(), rect.minY(), rect.width(), rect.height()).toRect();
+                const bool isOfTheZoneBetween = QRect(215, 295, 210, 110).contains(pixels);
+                EXPECT_TRUE(isOfTheZoneBetween || (QRegion(pixels) - recorder.painted).isEmpty())
+                    << pixels.x() << ", " << pixels.y();
+            }
+        });
+    overlay.show(zones, "window.leftHalf", screen);
+    overlay.show(zones, "window.rightHalf", screen);
+}
+
 } // namespace
 } // namespace brisk

@@ -16,6 +16,14 @@ namespace brisk::qt {
 class MainQueue::Timers final : public QObject {
 public:
     explicit Timers(MainQueue& queue) : queue_(queue) {}
+    Timers(const Timers&) = delete;
+    Timers& operator=(const Timers&) = delete;
+    ~Timers() override {
+        // What goes with the work of one may cancel another.
+        for (const auto& [id, timer] : std::exchange(timers_, {})) {
+            timer->takeWork();
+        }
+    }
 
     DispatchWorkItemRef start(std::chrono::milliseconds delay, std::function<void()> work) {
         const int id = startTimer(delay, Qt::PreciseTimer);

@@ -34,7 +34,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
                              windowMover_.askAhead(windowTracker_.activeWindow());
                              nativeWindows_.askAgainForFront();
                          },
-                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); }}),
+                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); },
+                     .forget = [this] { windowMover_.forgetAhead(); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
     processEvents();

@@ -8,7 +8,7 @@ namespace {
 using std::chrono::milliseconds;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-/// What else a report looks at, such as the window's size, no event tells: it is to show two pictures later at most.
+/// What else shows in a report but makes none, such as the window's size, is seen this much later at most.
 constexpr milliseconds longestStay{32};
 /// A pointer that was reported longer ago than that may have stood since, and gone its way in a moment.
 constexpr milliseconds longestMotion{48};

@@ -149,6 +149,7 @@ void EventMonitor::note(Notice notice) {
 /// A mouse that has begun to move is heard no more, but looked at until it rests.
 void EventMonitor::noteMotion() {
     if (drag_ && drag_->isMotionHeard) {
+        drag_->isStill = false;
         hearMotion(false);
         noteDrag();
     }
@@ -358,7 +359,10 @@ void EventMonitor::look() {
     if (!drag_->isStill) {
         hearMotion(false);
         reportDragTo(*pointer);
-    } else if (!drag_->isMotionHeard) {
+        return;
+    }
+    readAhead_.forget();
+    if (!drag_->isMotionHeard) {
         noteLook(Clock::now() + DragPace::interval);
     }
 }

@@ -39,6 +39,8 @@ public:
         std::function<void()> ask;
         /// Called after it, when the button was released before the answers.
         std::function<void()> dragHasEnded;
+        /// Called after it, when there is nothing to report and so nobody to read the answers.
+        std::function<void()> forget;
     };
 
     EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue, ReadAhead readAhead);

@@ -17,7 +17,7 @@ public:
     bool isAvailable();
 
     enum class Selection : std::uint8_t { nothing, buttons, buttonsAndModifiers, everything };
-    /// What is heard from the server's next request on.
+    /// Says what is to be heard; takes effect with what is sent next.
     void select(Selection selection);
 
     struct Event {

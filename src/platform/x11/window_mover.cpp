@@ -153,6 +153,9 @@ void WindowMover::handle(const xcb_generic_event_t& event) {
         if (isReadFrom(notify.atom, atoms_)) {
             hasChanged_ = hasChanged_ || notify.window == awaited_;
             isReadingKnown_ = isReadingKnown_ && notify.window != readWindow_->id;
+            if (ahead_ && notify.window == ahead_->window->id) {
+                ahead_->isOutdated = true;
+            }
         }
     } else if (typeOf(event) == XCB_DESTROY_NOTIFY) {
         hasChanged_ = hasChanged_ || as<xcb_destroy_notify_event_t>(event).window == awaited_;
@@ -302,6 +305,7 @@ std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
         reading = reading_;
     } else if (whole != nullptr) {
         remember(window, *reading);
+        isReadingKnown_ = !ahead.isOutdated;
     } else if (isOtherSize) {
         // What is believed of a shadow depends on the size.
         return std::nullopt;

@@ -35,6 +35,8 @@ public:
     /// window another size by then, as snapping to an edge does: that size is none of the drag's, and the frame as it
     /// was read before is told instead.
     void dragHasEnded();
+    /// Nobody is going to read what was asked ahead.
+    void forgetAhead() { takeAhead(nullptr); }
     /// The window's visible outer frame; none when it is gone.
     std::optional<PixelRect> read(const WindowRef& window);
 
@@ -52,6 +54,8 @@ private:
         /// The place alone where the rest is known.
         std::variant<FrameRequest, PlaceRequest> request;
         bool isLate = false;
+        /// Whether a property has changed since, before or after it was answered.
+        bool isOutdated = false;
     };
     struct HeldPosition {
         WindowRef window;
