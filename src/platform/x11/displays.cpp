@@ -23,7 +23,8 @@ CGRect toAppKit(const PixelRect& rect, const PixelRect& primary) {
 Displays::Displays(Connection& connection, WindowTracker& tracker)
     : connection_(connection),
       tracker_(tracker),
-      subscription_(connection.addEventHandler([this](const xcb_generic_event_t& event) { handle(event); })) {
+      subscription_(connection.addEventHandler(
+          [this](const xcb_generic_event_t& event) { areMonitorsStale_ = areMonitorsStale_ || isChange(event); })) {
     const auto* extension = xcb_get_extension_data(connection_.xcb(), &xcb_randr_id);
     if (extension == nullptr || extension->present == 0) {
         return;
@@ -53,14 +54,14 @@ CGPoint Displays::toAppKit(CGPoint rootPoint) {
     return {rootPoint.x - monitors_.front().x, monitors_.front().maxY() - rootPoint.y};
 }
 
-void Displays::handle(const xcb_generic_event_t& event) {
+bool Displays::isChange(const xcb_generic_event_t& event) const {
     const auto type = typeOf(event);
     const bool isRandR = firstRandREvent_ != 0 && (type == firstRandREvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
                                                    type == firstRandREvent_ + XCB_RANDR_NOTIFY);
     // Monitors that are defined by hand are reported as a change of the root window alone.
     const bool isRoot =
         type == XCB_CONFIGURE_NOTIFY && as<xcb_configure_notify_event_t>(event).window == connection_.root();
-    areMonitorsStale_ = areMonitorsStale_ || isRandR || isRoot;
+    return isRandR || isRoot;
 }
 
 void Displays::update() {

@@ -22,6 +22,9 @@ public:
     Displays& operator=(const Displays&) = delete;
     ~Displays() = default;
 
+    /// Whether the event tells that the displays may have changed.
+    bool isChange(const xcb_generic_event_t& event) const;
+
     /// In AppKit coordinates, primary display first.
     const std::vector<ScreenInfo>& screens();
 
@@ -32,7 +35,6 @@ public:
     CGPoint toAppKit(CGPoint rootPoint);
 
 private:
-    void handle(const xcb_generic_event_t& event);
     void update();
     void readMonitors();
 

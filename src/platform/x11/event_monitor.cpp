@@ -2,6 +2,8 @@
 
 #include "platform/x11/events.h"
 
+#include <xcb/res.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -43,6 +45,8 @@ EventMonitor::~EventMonitor() {
 std::optional<GlobalEventMonitor::Token> EventMonitor::addGlobalMonitorForEventsMatchingMask(NSEventMask mask,
                                                                                              Handler handler) {
     if (monitors_.empty()) {
+        // The first press is not to wait for it.
+        xcb_prefetch_extension_data(connection_.xcb(), &xcb_res_id);
         if (!input_.isAvailable()) {
             return std::nullopt;
         }
@@ -80,8 +84,10 @@ void EventMonitor::ignoreMotionWithin(const CGRect& region) {
 }
 
 CGPoint EventMonitor::mouseLocation() {
-    const auto readAlong = std::exchange(pointerOfReport_, std::nullopt);
-    const auto pointer = readAlong ? readAlong : readPointer(connection_);
+    if (const auto readAlong = std::exchange(pointerOfReport_, std::nullopt)) {
+        return *readAlong;
+    }
+    const auto pointer = readPointer(connection_);
     return pointer ? toAppKit(*pointer) : CGPoint{};
 }
 
@@ -97,27 +103,26 @@ void EventMonitor::hear(const xcb_generic_event_t& event) {
         if (property.window == connection_.root()) {
             hearRootProperty(property.atom);
         }
-        return;
+    } else if (displays_.isChange(event)) {
+        noteDrag();
+    } else if (const auto input = input_.eventIn(event)) {
+        hearInput(*input);
     }
-    const auto heard = input_.eventIn(event);
-    if (!heard) {
-        return;
-    }
-    switch (heard->kind) {
+}
+
+void EventMonitor::hearInput(const RawInput::Event& event) {
+    switch (event.kind) {
     case RawInput::Event::Kind::press:
-        note({.kind = Notice::Kind::press, .detail = heard->detail});
+        note({.kind = Notice::Kind::press, .detail = event.detail});
         break;
     case RawInput::Event::Kind::release:
-        note({.kind = Notice::Kind::release, .detail = heard->detail});
+        note({.kind = Notice::Kind::release, .detail = event.detail});
         break;
     case RawInput::Event::Kind::modifiers:
-        note({.kind = Notice::Kind::modifiers, .detail = heard->detail});
+        note({.kind = Notice::Kind::modifiers, .detail = event.detail});
         break;
     case RawInput::Event::Kind::motion:
         noteMotion();
-        break;
-    case RawInput::Event::Kind::displays:
-        noteDrag();
         break;
     }
 }
@@ -320,7 +325,7 @@ void EventMonitor::begin(std::uint32_t button) {
 }
 
 /// Where the pointer is, if the drag goes on.
-std::optional<PointerReading> EventMonitor::readDrag() {
+std::optional<CGPoint> EventMonitor::readDrag() {
     if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
         readAhead_.ask();
     }
@@ -338,7 +343,7 @@ std::optional<PointerReading> EventMonitor::readDrag() {
         readAhead_.dragHasEnded();
     }
     stopTimer();
-    return pointer;
+    return pointer ? std::optional(toAppKit(*pointer)) : std::nullopt;
 }
 
 void EventMonitor::reportDrag() {
@@ -355,7 +360,7 @@ void EventMonitor::look() {
     if (!pointer) {
         return;
     }
-    drag_->isStill = drag_->pace.isAt(toAppKit(*pointer));
+    drag_->isStill = drag_->pace.isAt(*pointer);
     if (!drag_->isStill) {
         hearMotion(false);
         reportDragTo(*pointer);
@@ -367,8 +372,8 @@ void EventMonitor::look() {
     }
 }
 
-void EventMonitor::reportDragTo(const PointerReading& pointer) {
-    drag_->pace.report(Clock::now(), toAppKit(pointer));
+void EventMonitor::reportDragTo(CGPoint pointer) {
+    drag_->pace.report(Clock::now(), pointer);
     if (!drag_->isMotionHeard) {
         noteLook(drag_->pace.nextReport());
     }

@@ -90,6 +90,7 @@ private:
 
     void hear(const xcb_generic_event_t& event);
     void hearRootProperty(xcb_atom_t property);
+    void hearInput(const RawInput::Event& event);
     void hearMotion(bool isHeard);
     void note(Notice notice);
     void noteMotion();
@@ -108,10 +109,10 @@ private:
     void change(std::uint16_t modifiers);
     void end(std::uint16_t modifiers);
     void forgetDrag();
-    std::optional<PointerReading> readDrag();
+    std::optional<CGPoint> readDrag();
     void reportDrag();
     void look();
-    void reportDragTo(const PointerReading& pointer);
+    void reportDragTo(CGPoint pointer);
     CGPoint toAppKit(const PointerReading& pointer);
     void report(NSEventType type, std::uint16_t modifiers);
 
@@ -127,7 +128,7 @@ private:
     std::deque<Notice> notices_;
     std::optional<Drag> drag_;
     /// The pointer as read for the last report of a drag, until it is asked for.
-    std::optional<PointerReading> pointerOfReport_;
+    std::optional<CGPoint> pointerOfReport_;
     bool isScheduled_ = false;
     DispatchWorkItemRef timer_;
     /// What scheduled work holds weakly.

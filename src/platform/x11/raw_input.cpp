@@ -3,8 +3,6 @@
 #include "platform/x11/events.h"
 #include "platform/x11/xkb.h"
 
-#include <xcb/randr.h>
-#include <xcb/res.h>
 #include <xcb/xinput.h>
 
 #include <utility>
@@ -21,12 +19,10 @@ constexpr std::uint32_t firstWheelButton = 4;
 /// which modifiers were held at a release only the keyboard extension tells in time.
 bool RawInput::isAvailable() {
     xcb_connection_t* const xcb = connection_.xcb();
-    for (xcb_extension_t* const extension : {&xcb_input_id, &xcb_xkb_id, &xcb_randr_id, &xcb_res_id}) {
-        xcb_prefetch_extension_data(xcb, extension);
-    }
+    xcb_prefetch_extension_data(xcb, &xcb_input_id);
+    xcb_prefetch_extension_data(xcb, &xcb_xkb_id);
     const auto* const input = xcb_get_extension_data(xcb, &xcb_input_id);
     const auto* const xkb = xcb_get_extension_data(xcb, &xcb_xkb_id);
-    const auto* const randr = xcb_get_extension_data(xcb, &xcb_randr_id);
     if (input == nullptr || input->present == 0 || xkb == nullptr || xkb->present == 0) {
         return false;
     }
@@ -41,7 +37,6 @@ bool RawInput::isAvailable() {
     }
     inputExtension_ = input->major_opcode;
     xkbEvent_ = xkb->first_event;
-    randrEvent_ = randr != nullptr && randr->present != 0 ? randr->first_event : std::uint8_t{0};
     return true;
 }
 
@@ -74,11 +69,7 @@ std::optional<RawInput::Event> RawInput::eventIn(const xcb_generic_event_t& even
     if (type == xkbEvent_ && event.pad0 == XCB_XKB_STATE_NOTIFY) {
         return Event{.kind = Event::Kind::modifiers, .detail = as<xcb_xkb_state_notify_event_t>(event).mods};
     }
-    const bool isRootConfigured =
-        type == XCB_CONFIGURE_NOTIFY && as<xcb_configure_notify_event_t>(event).window == connection_.root();
-    const bool areMonitorsChanged = randrEvent_ != 0 && (type == randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                                                         type == randrEvent_ + XCB_RANDR_NOTIFY);
-    return isRootConfigured || areMonitorsChanged ? std::optional(Event{.kind = Event::Kind::displays}) : std::nullopt;
+    return std::nullopt;
 }
 
 std::optional<RawInput::Event> RawInput::inputEventIn(const xcb_generic_event_t& event) const {

@@ -21,13 +21,12 @@ public:
     void select(Selection selection);
 
     struct Event {
-        enum class Kind : std::uint8_t { press, release, motion, modifiers, displays };
+        enum class Kind : std::uint8_t { press, release, motion, modifiers };
         Kind kind;
         /// The physical button of a press or release, the modifiers' new state.
         std::uint32_t detail = 0;
     };
-    /// What an event of the connection tells; none for any other, the wheel's included. That the displays have changed
-    /// is told without being selected here.
+    /// What an event of the connection tells; none for any other, the wheel's included.
     std::optional<Event> eventIn(const xcb_generic_event_t& event) const;
 
 private:
@@ -37,7 +36,6 @@ private:
     /// The extensions' numbers, 0 as long as they are not known.
     std::uint8_t inputExtension_ = 0;
     std::uint8_t xkbEvent_ = 0;
-    std::uint8_t randrEvent_ = 0;
 };
 
 } // namespace brisk::x11
