@@ -31,15 +31,14 @@ EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays&
     : connection_(connection),
       atoms_(atoms),
       displays_(displays),
-      queue_(queue),
       readAhead_(std::move(readAhead)),
-      input_(connection) {}
+      input_(connection),
+      turns_(queue, [this] { return work(); }) {}
 
 EventMonitor::~EventMonitor() {
     if (!monitors_.empty()) {
         input_.select(RawInput::Selection::nothing);
     }
-    stopTimer();
 }
 
 std::optional<GlobalEventMonitor::Token> EventMonitor::addGlobalMonitorForEventsMatchingMask(NSEventMask mask,
@@ -67,7 +66,7 @@ void EventMonitor::removeMonitor(Token token) {
     notices_.clear();
     drag_.reset();
     pointerOfReport_.reset();
-    stopTimer();
+    turns_.cancelTimer();
 }
 
 void EventMonitor::ignoreRestOfPress() {
@@ -136,7 +135,7 @@ void EventMonitor::hearRootProperty(xcb_atom_t property) {
         noteDrag();
     } else if (isActiveWindow) {
         drag_->isActiveWindowStale = true;
-        schedule();
+        turns_.takeNext();
     }
 }
 
@@ -148,7 +147,7 @@ void EventMonitor::hearMotion(bool isHeard) {
 
 void EventMonitor::note(Notice notice) {
     notices_.push_back(notice);
-    schedule();
+    turns_.takeNext();
 }
 
 /// A mouse that has begun to move is heard no more, but looked at until it rests.
@@ -169,9 +168,9 @@ void EventMonitor::noteDrag() {
         notices_.push_back({.kind = Notice::Kind::drag});
     } else if (std::exchange(notices_.back().kind, Notice::Kind::drag) == Notice::Kind::look) {
         // It was set for the look.
-        stopTimer();
+        turns_.cancelTimer();
     }
-    schedule();
+    turns_.takeNext();
 }
 
 void EventMonitor::noteLook(Clock::time_point time) {
@@ -181,48 +180,10 @@ void EventMonitor::noteLook(Clock::time_point time) {
     }
 }
 
-void EventMonitor::schedule() {
-    if (std::exchange(isScheduled_, true)) {
-        return;
-    }
-    queue_.async([weak = std::weak_ptr(self_)] {
-        if (const auto self = weak.lock()) {
-            (*self)->work();
-        }
-    });
-}
-
-void EventMonitor::wakeAt(Clock::time_point time) {
-    if (timer_) {
-        return;
-    }
-    timer_ = queue_.asyncAfter(std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now()),
-                               [weak = std::weak_ptr(self_)] {
-                                   if (const auto self = weak.lock()) {
-                                       (*self)->timer_ = nullptr;
-                                       if (!(*self)->isScheduled_) {
-                                           (*self)->work();
-                                       }
-                                   }
-                               });
-}
-
-void EventMonitor::stopTimer() {
-    if (timer_) {
-        std::exchange(timer_, nullptr)->cancel();
-    }
-}
-
-/// Deals with one thing a turn: who is told of it has a turn before the next, so that what it has lost interest in is
-/// never a later press.
-void EventMonitor::work() {
-    // What is heard meanwhile is scheduled after who is told now.
-    isScheduled_ = true;
-    const bool hasDealt = dealWithNext();
-    isScheduled_ = false;
-    if (hasDealt && (!notices_.empty() || (drag_ && !drag_->isReported))) {
-        schedule();
-    }
+/// Deals with one thing: what who is told of it has lost interest in is then never a later press. Returns whether more
+/// is left.
+bool EventMonitor::work() {
+    return dealWithNext() && (!notices_.empty() || (drag_ && !drag_->isReported));
 }
 
 /// False when there is nothing to deal with yet.
@@ -244,10 +205,10 @@ bool EventMonitor::endHold() {
     const bool isActive =
         std::exchange(drag_->isActiveWindowStale, false) && isActiveWindowIn(connection_, atoms_, drag_->topLevel);
     if (!isActive && Clock::now() < drag_->heldUntil) {
-        wakeAt(drag_->heldUntil);
+        turns_.takeAt(drag_->heldUntil);
         return false;
     }
-    stopTimer();
+    turns_.cancelTimer();
     drag_->isReported = true;
     report(NSEventType::leftMouseDown, drag_->modifiers);
     return true;
@@ -262,7 +223,7 @@ bool EventMonitor::mustWait(const Notice& notice) {
     if (Clock::now() >= turn - dragSlack) {
         return false;
     }
-    wakeAt(turn);
+    turns_.takeAt(turn);
     return true;
 }
 
@@ -342,7 +303,7 @@ std::optional<CGPoint> EventMonitor::readDrag() {
     if (isReleaseHeard) {
         readAhead_.dragHasEnded();
     }
-    stopTimer();
+    turns_.cancelTimer();
     return pointer ? std::optional(toAppKit(*pointer)) : std::nullopt;
 }
 
@@ -398,7 +359,7 @@ void EventMonitor::forgetDrag() {
     drag_.reset();
     std::erase_if(notices_, [](const Notice& notice) { return notice.kind == Notice::Kind::look; });
     pointerOfReport_.reset();
-    stopTimer();
+    turns_.cancelTimer();
     input_.select(RawInput::Selection::buttons);
 }
 

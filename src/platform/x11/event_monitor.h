@@ -7,13 +7,13 @@
 #include "platform/x11/displays.h"
 #include "platform/x11/drag_pace.h"
 #include "platform/x11/pointer.h"
+#include "platform/x11/queue_turns.h"
 #include "platform/x11/raw_input.h"
 
 #include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -97,10 +97,7 @@ private:
     void noteDrag();
     void noteLook(Clock::time_point time);
 
-    void schedule();
-    void wakeAt(Clock::time_point time);
-    void stopTimer();
-    void work();
+    bool work();
     bool dealWithNext();
     bool endHold();
     bool mustWait(const Notice& notice);
@@ -119,7 +116,6 @@ private:
     Connection& connection_;
     const Atoms& atoms_;
     Displays& displays_;
-    MainQueue& queue_;
     ReadAhead readAhead_;
     std::vector<Monitor> monitors_;
     Token lastToken_ = 0;
@@ -129,10 +125,7 @@ private:
     std::optional<Drag> drag_;
     /// The pointer as read for the last report of a drag, until it is asked for.
     std::optional<CGPoint> pointerOfReport_;
-    bool isScheduled_ = false;
-    DispatchWorkItemRef timer_;
-    /// What scheduled work holds weakly.
-    std::shared_ptr<EventMonitor*> self_ = std::make_shared<EventMonitor*>(this);
+    QueueTurns turns_;
     Connection::Subscription subscription_;
 };
 
