@@ -179,6 +179,13 @@ protected:
             QCoreApplication::processEvents();
         }
     }
+    /// Records what is repainted from then on.
+    void showLeftHalf(WindowDragOverlayController& overlay, PaintRecorder& recorder) {
+        view()->resize(800, 600);
+        overlay.show(zones, "window.leftHalf", screen);
+        settle();
+        view()->installEventFilter(&recorder);
+    }
     static QWidget* view() {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (dynamic_cast<WindowDragOverlayView*>(widget) != nullptr) {
@@ -230,11 +237,8 @@ TEST_F(DragOverlayController, CoversTheDisplayInFrontOfAllAndNeedsNoCompositorTo
 
 TEST_F(DragOverlayController, RepaintsWhatChangedAndNothingWhenNothingDid) {
     WindowDragOverlayController overlay(nativeWindows);
-    view()->resize(800, 600);
-    overlay.show(zones, "window.leftHalf", screen);
-    settle();
     PaintRecorder recorder;
-    view()->installEventFilter(&recorder);
+    showLeftHalf(overlay, recorder);
 
     EXPECT_CALL(nativeWindows, setShape).Times(0);
     EXPECT_CALL(nativeWindows, setFrame).Times(0);
@@ -254,11 +258,8 @@ TEST_F(DragOverlayController, RepaintsWhatChangedAndNothingWhenNothingDid) {
 TEST_F(DragOverlayController, RepaintsOnlyTheLinesOfWhatIsCutOut) {
     nativeWindows.compositing = false;
     WindowDragOverlayController overlay(nativeWindows);
-    view()->resize(800, 600);
-    overlay.show(zones, "window.leftHalf", screen);
-    settle();
     PaintRecorder recorder;
-    view()->installEventFilter(&recorder);
+    showLeftHalf(overlay, recorder);
     overlay.show(zones, "window.rightHalf", screen);
     settle();
     EXPECT_FALSE(recorder.painted.contains(QPoint(100, 100))) << "nothing shows inside";

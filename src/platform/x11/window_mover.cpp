@@ -316,7 +316,7 @@ std::optional<FrameReading> WindowMover::takeAhead(const WindowRef& window) {
     return isReadingKnown_ || ahead.isLate ? reading : std::nullopt;
 }
 
-/// For the events that came along to be dispatched after: they may tell of something later.
+/// The events that came along with the reading are to be dispatched after this: they may tell that it has changed.
 void WindowMover::remember(const WindowRef& window, const FrameReading& reading) {
     readWindow_ = window;
     reading_ = reading;
