@@ -101,7 +101,7 @@ int main(int, char** argv) {
             QApplication::exit(EXIT_FAILURE);
         }
     };
-    mainQueue.watch(desktop->fileDescriptor(), {.read = [&desktop] { desktop->processEvents(); }, .endTurn = endTurn});
+    mainQueue.watch(desktop->fileDescriptor(), {.read = [&desktop] { desktop->readEvents(); }, .endTurn = endTurn});
     const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });
 
     qt::LinkOpener links([&trustExplanation] { trustExplanation.show(); });

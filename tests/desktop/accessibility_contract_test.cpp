@@ -35,7 +35,7 @@ public:
         // The active window is told after the focus has moved: what was asked for an earlier one may have come in late.
         require(scene_.waitInFront(static_cast<xcb_window_t>(launched.windows.back()),
                                    WindowAccessScene::Activation::requested));
-        scene_.brisk->processEvents();
+        scene_.takeTurn();
         return launched;
     }
 
@@ -81,7 +81,7 @@ private:
 
     void settle() {
         scene_.desktop.synchronize();
-        scene_.brisk->processEvents();
+        scene_.takeTurn();
     }
 
     /// From accessibility or, before displays are set, root coordinates.

@@ -18,7 +18,7 @@ struct TwoMonitors : WindowAccessScene {
     }
     void synchronize() {
         desktop.synchronize();
-        brisk->processEvents();
+        takeTurn();
     }
     std::vector<ScreenInfo> screensWith(const Strut& strut) {
         const xcb_window_t panel = client.open({.client = {0, 0, 50, 20}, .kind = WindowKind::dock, .strut = strut});

@@ -42,7 +42,7 @@ class EventMonitorTest : public testing::Test {
 protected:
     EventMonitorTest() {
         loop.watch(
-            brisk->fileDescriptor(), [this] { brisk->processEvents(); }, [this] { brisk->endTurn(); });
+            brisk->fileDescriptor(), [this] { brisk->readEvents(); }, [this] { brisk->endTurn(); });
         watch();
         pointer.moveTo(5, 890);
         // The first key of another keyboard brings that one's map along.

@@ -74,7 +74,7 @@ TEST(HostileClient, IsPlacedWhereItCanBeSeenWhateverItSaysOfItself) {
          }) {
         SCOPED_TRACE(row.why);
         claim(scene.desktop, window, row);
-        scene.brisk->processEvents();
+        scene.takeTurn();
         const auto application = scene.brisk->workspace().frontmostApplication();
         ASSERT_TRUE(application);
         const auto start = std::chrono::steady_clock::now();

@@ -26,7 +26,7 @@ xcb_window_t WindowAccessScene::openInFront(const WindowDescription& description
         throw std::runtime_error("the window did not take its state");
     }
     waitForRest(window);
-    brisk->processEvents();
+    takeTurn();
     return window;
 }
 
@@ -42,8 +42,13 @@ bool WindowAccessScene::waitInFront(xcb_window_t window, Activation activation) 
         }
         return desktop.isManaged(window) && desktop.activeWindow() == window;
     });
-    brisk->processEvents();
+    takeTurn();
     return isActive;
+}
+
+void WindowAccessScene::takeTurn() {
+    brisk->readEvents();
+    brisk->endTurn();
 }
 
 void WindowAccessScene::waitForRest(xcb_window_t window) {
@@ -56,7 +61,7 @@ bool WindowAccessScene::allows(xcb_window_t window, const std::string& action) {
 }
 
 AXUIElementRef WindowAccessScene::focusedElement() {
-    brisk->processEvents();
+    takeTurn();
     const auto application = brisk->workspace().frontmostApplication();
     if (!application) {
         return nullptr;
@@ -84,7 +89,7 @@ bool WindowAccessScene::writeFrame(const AXUIElementRef& element, const CGRect& 
 }
 
 AXError WindowAccessScene::role(const AXUIElementRef& element) {
-    brisk->processEvents();
+    takeTurn();
     return accessibility().AXUIElementCopyAttributeValue(element, AXRole).error;
 }
 

@@ -34,6 +34,8 @@ struct WindowAccessScene {
     /// Waits until the window manager has carried out what it was asked before.
     void waitForRest(xcb_window_t window);
     bool allows(xcb_window_t window, const std::string& action);
+    /// One turn of the product's main loop.
+    void takeTurn();
 
     AccessibilityPlatform& accessibility() { return brisk->accessibility(); }
     /// The focused window of the application in front.

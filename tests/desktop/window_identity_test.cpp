@@ -26,13 +26,13 @@ struct Application {
 };
 
 ProcessIdentifier frontmostProcess(WindowAccessScene& scene) {
-    scene.brisk->processEvents();
+    scene.takeTurn();
     const auto application = scene.brisk->workspace().frontmostApplication();
     return application ? application->processIdentifier() : 0;
 }
 
 AXAttributeValue copyApplicationAttribute(WindowAccessScene& scene, ProcessIdentifier process, std::string_view name) {
-    scene.brisk->processEvents();
+    scene.takeTurn();
     auto& accessibility = scene.accessibility();
     return accessibility.AXUIElementCopyAttributeValue(accessibility.AXUIElementCreateApplication(process), name);
 }
@@ -157,7 +157,7 @@ TEST(RunningApplications, PanelsDesktopsAndPopUpsAreNobodysFocusedWindow) {
                                {.client = {0, 0, 1440, 900}, .kind = WindowKind::desktop},
                                {.client = {10, 10, 50, 50}, .overridesRedirect = true}});
     ASSERT_TRUE(waitUntil([&] { return scene.desktop.isManaged(panels.windows[1]); }));
-    scene.brisk->processEvents();
+    scene.takeTurn();
     EXPECT_EQ(copyApplicationAttribute(scene, panels.process.id(), AXFocusedWindow).error, kAXErrorNoValue);
     for (const auto window : panels.windows) {
         // Whatever the focus does.
@@ -214,7 +214,7 @@ TEST(HostileProperties, AreNotTakenForMoreThanTheyAre) {
         SCOPED_TRACE(row.why);
         scene.desktop.setCardinals(window, row.property, row.type, row.items);
         scene.desktop.synchronize();
-        scene.brisk->processEvents();
+        scene.takeTurn();
         EXPECT_EQ(scene.readFrame(element), frame);
         EXPECT_EQ(scene.accessibility().screens(), screens);
         xcb_delete_property(scene.desktop.xcb(), window, scene.desktop.atom(row.property));
@@ -222,7 +222,7 @@ TEST(HostileProperties, AreNotTakenForMoreThanTheyAre) {
     // The canary: believable numbers do count.
     scene.desktop.setCardinals(window, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {5, 6, 7, 8});
     scene.desktop.synchronize();
-    scene.brisk->processEvents();
+    scene.takeTurn();
     EXPECT_EQ(scene.readFrame(element), toCGRect({client.x - decorations.left + 5, client.y - decorations.top + 7,
                                                   client.width + decorations.left + decorations.right - 11,
                                                   client.height + decorations.top + decorations.bottom - 15}));
@@ -248,7 +248,7 @@ TEST(Trust, IsExplainedOnlyWhereNoWindowManagerComesUp) {
         WindowAccessScene scene;
         scene.windowManager.kill();
         ASSERT_TRUE(waitUntil([&] {
-            scene.brisk->processEvents();
+            scene.takeTurn();
             return !scene.accessibility().AXIsProcessTrusted();
         }));
         EXPECT_FALSE(scene.accessibility().AXIsProcessTrustedWithOptions(AXTrustedCheckOptionPrompt::no));
@@ -260,7 +260,7 @@ TEST(Trust, IsExplainedOnlyWhereNoWindowManagerComesUp) {
         EXPECT_EQ(scene.explanations, 0) << "not yet";
         if (row.comesUp) {
             scene.windowManager.start();
-            scene.brisk->processEvents();
+            scene.takeTurn();
         }
         scene.queue.advance(milliseconds(5000));
         EXPECT_EQ(scene.explanations, row.explanations);

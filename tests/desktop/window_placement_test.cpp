@@ -142,7 +142,7 @@ TEST_P(WindowPlacement, SendsAPositionAloneAtTheEndOfTheTurn) {
     const PixelRect before = *scene.desktop.visibleFrame(window);
     ASSERT_EQ(scene.accessibility().AXUIElementSetAttributeValue(element, AXPosition, CGPoint{77, 88}),
               kAXErrorSuccess);
-    scene.brisk->processEvents();
+    scene.takeTurn();
     const PixelRect expected{77, 88, before.width, before.height};
     EXPECT_TRUE(waitUntil([&] { return scene.desktop.visibleFrame(window) == expected; }));
     EXPECT_EQ(scene.frameOnceItIs(toCGRect(expected), element), toCGRect(expected));
@@ -218,7 +218,7 @@ TEST_P(WindowPlacement, NothingMovesWithoutAWindowManager) {
     EXPECT_TRUE(scene.accessibility().AXIsProcessTrusted());
     scene.windowManager.kill();
     ASSERT_TRUE(waitUntil([&] {
-        scene.brisk->processEvents();
+        scene.takeTurn();
         return !scene.accessibility().AXIsProcessTrusted();
     }));
     EXPECT_EQ(scene.accessibility().AXUIElementSetAttributeValue(element, AXPosition, CGPoint{10, 10}),

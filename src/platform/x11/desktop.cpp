@@ -38,15 +38,15 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
                      .forget = [this] { windowMover_.forgetAhead(); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
-    processEvents();
+    readEvents();
+    endTurn();
     // The first command is not to pay for them.
     displays_.screens();
     windowManager_.isPresent();
 }
 
-void Desktop::processEvents() {
+void Desktop::readEvents() {
     connection_->dispatchEvents();
-    endTurn();
 }
 
 void Desktop::endTurn() {

@@ -23,7 +23,7 @@ namespace brisk::x11 {
 
 /// The X11 desktop: one connection to the server and what the program needs of it. Main thread only.
 ///
-/// The main loop watches `fileDescriptor`, calls `processEvents` when it is readable and `endTurn` each time before it
+/// The main loop watches `fileDescriptor`, calls `readEvents` when it is readable and `endTurn` each time before it
 /// sleeps.
 class Desktop {
 public:
@@ -52,8 +52,8 @@ public:
     /// True once the server is gone, and nothing works any more.
     bool isBroken() const { return connection_->isBroken(); }
 
-    /// Takes in what the server has said, and ends the turn.
-    void processEvents();
+    /// Takes in what the server has said.
+    void readEvents();
     /// Takes in what came along with replies, which the descriptor does not announce any more, sends what was held back
     /// in this turn, and flushes.
     void endTurn();

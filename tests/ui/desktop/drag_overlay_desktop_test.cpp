@@ -39,7 +39,8 @@ protected:
     bool reaches(const std::function<bool()>& condition) {
         return waitUntil([&] {
             QCoreApplication::processEvents();
-            desktop->processEvents();
+            desktop->readEvents();
+            desktop->endTurn();
             client.dispatchEvents();
             return condition();
         });
