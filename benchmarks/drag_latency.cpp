@@ -260,7 +260,7 @@ void measure(const std::string& program, const std::string& name, DragScene::Com
     printLoad(scene);
 }
 
-/// The floor: what a program takes that follows the same drag and shows nothing.
+/// For comparison: what a plain program takes that follows the same drag and shows nothing.
 void measureFollower(const std::string& program, const std::string& follower) {
     DragScene scene(program, DragScene::Compositor::none, false);
     scene.follow(follower);

@@ -1,4 +1,4 @@
-// The least that following a dragged window can cost: raw motion and, at most every 8 ms, one question where the
+// What following a dragged window costs the plain way: raw motion and, at most every 8 ms, one question where the
 // pointer and the window are. What the product's processor time during a drag is measured against.
 //
 // usage: minimal_follower <window>

@@ -95,13 +95,15 @@ int main(int, char** argv) {
         }
     });
 
-    const auto endTurn = [&desktop] {
+    for (auto& input : desktop->inputs()) {
+        mainQueue.watch(input.fileDescriptor, std::move(input.read));
+    }
+    mainQueue.setEndOfTurn([&desktop] {
         desktop->endTurn();
         if (desktop->isBroken()) {
             QApplication::exit(EXIT_FAILURE);
         }
-    };
-    mainQueue.watch(desktop->fileDescriptor(), {.read = [&desktop] { desktop->readEvents(); }, .endTurn = endTurn});
+    });
     const qt::TerminationSignals terminationSignals([&shell] { shell.terminate(); });
 
     qt::LinkOpener links([&trustExplanation] { trustExplanation.show(); });

@@ -37,8 +37,9 @@ public:
     virtual void ignoreRestOfPress() = 0;
 
     /// Says, of the drag that was reported last, that motion within that region (AppKit coordinates) hardly matters to
-    /// anybody. The next report may then come a few pictures later, as long as the pointer, judged by its speed, cannot
-    /// have left the region; what else makes a report is not put off, and the last motion is not left out.
+    /// anybody: it is then reported now and then, and within `CGRectInfinite` not at all. Motion out of the region is
+    /// reported, at once or, where the pointer has sped up much, a few pictures later; what else makes a report is not
+    /// put off, and the last motion is not left out.
     virtual void ignoreMotionWithin(const CGRect& region) = 0;
 
     /// Where the pointer is now, in AppKit coordinates.

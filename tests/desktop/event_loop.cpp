@@ -2,9 +2,8 @@
 
 #include "desktop/support/wait.h"
 
-#include <poll.h>
-
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace brisk::desktop {
@@ -14,10 +13,13 @@ struct EventLoop::Item final : DispatchWorkItem {
     void cancel() override { work = nullptr; }
 };
 
-void EventLoop::watch(int fileDescriptor, std::function<void()> read, std::function<void()> endTurn) {
-    fileDescriptor_ = fileDescriptor;
-    read_ = std::move(read);
-    endTurn_ = std::move(endTurn);
+void EventLoop::watch(int fileDescriptor, std::function<void()> read) {
+    inputs_.push_back({.fd = fileDescriptor, .events = POLLIN, .revents = 0});
+    reads_.push_back(std::move(read));
+}
+
+void EventLoop::setEndOfTurn(std::function<void()> work) {
+    endOfTurn_ = std::move(work);
 }
 
 void EventLoop::async(std::function<void()> work) {
@@ -51,17 +53,18 @@ void EventLoop::runFor(std::chrono::milliseconds time) {
 }
 
 void EventLoop::turn(std::chrono::milliseconds longest) {
-    endTurn_();
+    endOfTurn_();
     if (!queue_.empty()) {
         longest = std::chrono::milliseconds(0);
     } else if (!delayed_.empty()) {
         const auto untilDue = std::chrono::ceil<std::chrono::milliseconds>(delayed_.begin()->first - Clock::now());
         longest = std::clamp(untilDue, std::chrono::milliseconds(0), longest);
     }
-    pollfd input{.fd = fileDescriptor_, .events = POLLIN, .revents = 0};
-    const bool isReadable = poll(&input, 1, static_cast<int>(longest.count())) > 0;
-    if (isReadable) {
-        read_();
+    const bool isReadable = poll(inputs_.data(), inputs_.size(), static_cast<int>(longest.count())) > 0;
+    for (std::size_t i = 0; isReadable && i < inputs_.size(); ++i) {
+        if (inputs_[i].revents != 0) {
+            reads_[i]();
+        }
     }
     if (runDueWork() || isReadable) {
         ++wakeUps_;

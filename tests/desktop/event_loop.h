@@ -2,11 +2,14 @@
 
 #include "platform/main_queue.h"
 
+#include <poll.h>
+
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace brisk::desktop {
 
@@ -14,8 +17,10 @@ namespace brisk::desktop {
 /// as the program's own does.
 class EventLoop final : public MainQueue {
 public:
-    /// Calls `read` when the descriptor is readable, and `endTurn` each time before the loop sleeps.
-    void watch(int fileDescriptor, std::function<void()> read, std::function<void()> endTurn);
+    /// Calls `read` when the descriptor is readable.
+    void watch(int fileDescriptor, std::function<void()> read);
+    /// Calls `work` each time before the loop sleeps.
+    void setEndOfTurn(std::function<void()> work);
 
     void async(std::function<void()> work) override;
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
@@ -34,9 +39,10 @@ private:
     void turn(std::chrono::milliseconds longest);
     bool runDueWork();
 
-    int fileDescriptor_ = -1;
-    std::function<void()> read_;
-    std::function<void()> endTurn_;
+    std::vector<pollfd> inputs_;
+    /// One for each input.
+    std::vector<std::function<void()>> reads_;
+    std::function<void()> endOfTurn_;
     std::deque<std::function<void()>> queue_;
     std::multimap<Clock::time_point, std::shared_ptr<Item>> delayed_;
     unsigned wakeUps_ = 0;

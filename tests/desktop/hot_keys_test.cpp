@@ -33,9 +33,9 @@ bool grab(DesktopConnection& client, Key key, std::uint16_t modifiers) {
 class HotKeysDesktop : public HotKeyPlatform {
 public:
     HotKeysDesktop() {
-        loop_.watch(
-            connection_->fileDescriptor(), [this] { connection_->dispatchEvents(); },
-            [this] { connection_->dispatchEvents(); });
+        const auto dispatch = [this] { connection_->dispatchEvents(); };
+        loop_.watch(connection_->fileDescriptor(), dispatch);
+        loop_.setEndOfTurn(dispatch);
     }
 
     HotKeyService& hotKeys() override { return *hotKeys_; }

@@ -47,7 +47,7 @@ bool WindowAccessScene::waitInFront(xcb_window_t window, Activation activation) 
 }
 
 void WindowAccessScene::takeTurn() {
-    brisk->readEvents();
+    brisk->connection().dispatchEvents();
     brisk->endTurn();
 }
 

@@ -5,9 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <array>
 #include <chrono>
 #include <string>
 
@@ -61,18 +58,14 @@ TEST_F(MainQueueTest, ATimeThatHasPassedIsNoReasonNeverToRun) {
 }
 
 TEST_F(MainQueueTest, ADialogOpenedByWorkGoesOnAndItsEndIsTheProgramsToo) {
-    std::array<int, 2> pipe{};
-    ASSERT_EQ(::pipe(pipe.data()), 0);
     QEventLoop* dialog = nullptr;
     bool isWorkDone = false;
-    queue.watch(pipe.front(), {.read = [] {},
-                               .endTurn =
-                                   [&] {
-                                       if (dialog != nullptr && isWorkDone) {
-                                           dialog->exit();
-                                           loop.exit(inTime);
-                                       }
-                                   }});
+    queue.setEndOfTurn([&] {
+        if (dialog != nullptr && isWorkDone) {
+            dialog->exit();
+            loop.exit(inTime);
+        }
+    });
     queue.async([&] {
         QEventLoop inner;
         dialog = &inner;
@@ -81,8 +74,6 @@ TEST_F(MainQueueTest, ADialogOpenedByWorkGoesOnAndItsEndIsTheProgramsToo) {
         dialog = nullptr;
     });
     EXPECT_EQ(loop.exec(), inTime);
-    close(pipe.front());
-    close(pipe.back());
 }
 
 } // namespace

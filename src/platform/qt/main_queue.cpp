@@ -75,10 +75,13 @@ MainQueue::MainQueue() : timers_(std::make_unique<Timers>(*this)) {
 
 MainQueue::~MainQueue() = default;
 
-void MainQueue::watch(int fileDescriptor, Input input) {
-    input_ = std::move(input);
+void MainQueue::watch(int fileDescriptor, std::function<void()> read) {
     auto* readable = new QSocketNotifier(fileDescriptor, QSocketNotifier::Read, &context_);
-    QObject::connect(readable, &QSocketNotifier::activated, &context_, [this] { input_.read(); });
+    QObject::connect(readable, &QSocketNotifier::activated, &context_, std::move(read));
+}
+
+void MainQueue::setEndOfTurn(std::function<void()> work) {
+    endOfTurn_ = std::move(work);
 }
 
 void MainQueue::async(std::function<void()> work) {
@@ -88,8 +91,8 @@ void MainQueue::async(std::function<void()> work) {
 void MainQueue::endTurn() {
     const unsigned turn = ++turns_;
     runQueuedWork();
-    if (input_.endTurn) {
-        input_.endTurn();
+    if (endOfTurn_) {
+        endOfTurn_();
     }
     // A modal dialog that was opened by the work has had a loop of its own: what should have woken this one, such as
     // the program's end, may have woken that.

@@ -16,21 +16,15 @@ namespace brisk::qt {
 /// queued when the queue goes does not run.
 class MainQueue final : public brisk::MainQueue {
 public:
-    /// A descriptor that its owner reads, not Qt.
-    struct Input {
-        /// Called when the descriptor is readable.
-        std::function<void()> read;
-        /// Called each time before the loop sleeps, after the queued work.
-        std::function<void()> endTurn;
-    };
-
     MainQueue();
     MainQueue(const MainQueue&) = delete;
     MainQueue& operator=(const MainQueue&) = delete;
     ~MainQueue() override;
 
-    /// Watches the one descriptor from now on.
-    void watch(int fileDescriptor, Input input);
+    /// Calls `read` when the descriptor is readable, which Qt does not read.
+    void watch(int fileDescriptor, std::function<void()> read);
+    /// Calls `work` each time before the loop sleeps, after the queued work.
+    void setEndOfTurn(std::function<void()> work);
     void async(std::function<void()> work) override;
     DispatchWorkItemRef asyncAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
@@ -42,7 +36,7 @@ private:
 
     std::deque<std::function<void()>> works_;
     unsigned turns_ = 0;
-    Input input_;
+    std::function<void()> endOfTurn_;
     std::unique_ptr<Timers> timers_;
     /// Receives the loop's signals; owns the notifier.
     QObject context_;

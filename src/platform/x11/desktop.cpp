@@ -13,11 +13,14 @@ std::unique_ptr<Desktop> Desktop::open(MainQueue& mainQueue, std::function<void(
     }
     // Before anything is read: what changes after that is then told.
     follow(connection->xcb(), connection->root());
-    return std::unique_ptr<Desktop>(new Desktop(std::move(connection), mainQueue, std::move(explainTrust)));
+    return std::unique_ptr<Desktop>(
+        new Desktop(std::move(connection), PointerLook::open(display), mainQueue, std::move(explainTrust)));
 }
 
-Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, std::function<void()> explainTrust)
+Desktop::Desktop(std::unique_ptr<Connection> connection, std::unique_ptr<PointerLook> pointerLook, MainQueue& mainQueue,
+                 std::function<void()> explainTrust)
     : connection_(std::move(connection)),
+      pointerLook_(std::move(pointerLook)),
       atoms_(*connection_),
       windowManager_(*connection_, atoms_),
       windowTracker_(*connection_, atoms_),
@@ -28,25 +31,34 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, s
       hotKeys_(*connection_, mainQueue),
       keyInput_(*connection_),
       nativeWindows_(*connection_, displays_),
-      eventMonitor_(*connection_, atoms_, displays_, mainQueue,
+      eventMonitor_(*connection_, atoms_, displays_, mainQueue, pointerLook_.get(),
                     {.ask =
                          [this] {
                              windowMover_.askAhead(windowTracker_.activeWindow());
                              nativeWindows_.askAgainForFront();
                          },
-                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); },
-                     .forget = [this] { windowMover_.forgetAhead(); }}),
+                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
-    readEvents();
+    connection_->dispatchEvents();
     endTurn();
     // The first command is not to pay for them.
     displays_.screens();
     windowManager_.isPresent();
 }
 
-void Desktop::readEvents() {
-    connection_->dispatchEvents();
+std::vector<Desktop::Input> Desktop::inputs() {
+    std::vector<Input> inputs{
+        {.fileDescriptor = connection_->fileDescriptor(), .read = [this] { connection_->dispatchEvents(); }}};
+    if (pointerLook_) {
+        inputs.push_back(
+            {.fileDescriptor = pointerLook_->fileDescriptor(), .read = [this] { eventMonitor_.readLook(); }});
+    }
+    return inputs;
+}
+
+bool Desktop::isBroken() const {
+    return connection_->isBroken() || (pointerLook_ && pointerLook_->isBroken());
 }
 
 void Desktop::endTurn() {

@@ -9,6 +9,7 @@
 #include "platform/x11/hot_keys.h"
 #include "platform/x11/key_input.h"
 #include "platform/x11/native_windows.h"
+#include "platform/x11/pointer_look.h"
 #include "platform/x11/single_instance.h"
 #include "platform/x11/tray_manager.h"
 #include "platform/x11/window_manager_peer.h"
@@ -18,13 +19,13 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace brisk::x11 {
 
-/// The X11 desktop: one connection to the server and what the program needs of it. Main thread only.
+/// The X11 desktop: the connections to the server and what the program needs of it. Main thread only.
 ///
-/// The main loop watches `fileDescriptor`, calls `readEvents` when it is readable and `endTurn` each time before it
-/// sleeps.
+/// The main loop watches the `inputs`, and calls `endTurn` each time before it sleeps.
 class Desktop {
 public:
     /// Connects to the display named, as the DISPLAY environment variable has it where null; null when that fails.
@@ -48,20 +49,26 @@ public:
     brisk::SingleInstance& singleInstance() { return singleInstance_; }
     SystemTray& systemTray() { return trayManager_; }
 
-    int fileDescriptor() const { return connection_->fileDescriptor(); }
+    /// One of the connections: `read`, called when the descriptor is readable, takes in what the server has said.
+    struct Input {
+        int fileDescriptor;
+        std::function<void()> read;
+    };
+    /// As long as the desktop is there.
+    std::vector<Input> inputs();
     /// True once the server is gone, and nothing works any more.
-    bool isBroken() const { return connection_->isBroken(); }
+    bool isBroken() const;
 
-    /// Takes in what the server has said.
-    void readEvents();
     /// Takes in what came along with replies, which the descriptor does not announce any more, sends what was held back
     /// in this turn, and flushes.
     void endTurn();
 
 private:
-    Desktop(std::unique_ptr<Connection> connection, MainQueue& mainQueue, std::function<void()> explainTrust);
+    Desktop(std::unique_ptr<Connection> connection, std::unique_ptr<PointerLook> pointerLook, MainQueue& mainQueue,
+            std::function<void()> explainTrust);
 
     std::unique_ptr<Connection> connection_;
+    std::unique_ptr<PointerLook> pointerLook_;
     Atoms atoms_;
     WindowManagerPeer windowManager_;
     WindowTracker windowTracker_;

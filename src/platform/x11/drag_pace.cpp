@@ -8,9 +8,11 @@ namespace {
 using std::chrono::milliseconds;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-/// What else shows in a report but makes none, such as the window's size, is seen this much later at most.
+/// A pointer that speeds up beyond all expectation is seen this much later at most.
 constexpr milliseconds longestStay{32};
-/// A pointer that was reported longer ago than that may have stood since, and gone its way in a moment.
+/// And what shows in a report but makes none, such as the window's size.
+constexpr milliseconds longestSilence{100};
+/// A pointer that was seen longer ago than that may have stood since, and gone its way in a moment.
 constexpr milliseconds longestMotion{48};
 /// How fast, in points a millisecond, a pointer may set out from rest or turn round during a stay.
 constexpr double suddenSpeed = 1;
@@ -25,23 +27,43 @@ Milliseconds stayIn(double minimum, double maximum, double position, double velo
 } // namespace
 
 void DragPace::report(Clock::time_point now, CGPoint pointer) {
+    see(now, pointer);
+    lastReport_ = now;
+    ignoredRegion_.reset();
+    looksAtRest_ = 0;
+}
+
+void DragPace::look(Clock::time_point now, CGPoint pointer) {
+    looksAtRest_ = pointer_ == pointer ? looksAtRest_ + 1 : 0;
+    see(now, pointer);
+}
+
+void DragPace::see(Clock::time_point now, CGPoint pointer) {
     velocity_.reset();
-    if (const Milliseconds passed = now - lastReport_; pointer_ && !isAt(pointer) && passed <= longestMotion) {
+    if (const Milliseconds passed = now - lastSight_; pointer_ && pointer_ != pointer && passed <= longestMotion) {
         const double time = std::max(passed.count(), 1.0);
         velocity_ = {.x = (pointer.x - pointer_->x) / time, .y = (pointer.y - pointer_->y) / time};
     }
     pointer_ = pointer;
-    lastReport_ = now;
+    lastSight_ = now;
 }
 
-DragPace::Clock::time_point DragPace::endOfStayIn(const CGRect& region) const {
-    if (!velocity_) {
-        return lastReport_;
+bool DragPace::isReportDue() const {
+    return looksAtRest_ == 0 &&
+           (!ignoredRegion_ || !ignoredRegion_->contains(*pointer_) || lastSight_ - lastReport_ >= longestSilence);
+}
+
+std::optional<milliseconds> DragPace::timeToNextLook() const {
+    if (ignoredRegion_ == CGRectInfinite) {
+        return std::nullopt;
+    }
+    if (!ignoredRegion_ || !velocity_) {
+        return interval;
     }
     const Milliseconds stay =
-        std::min({stayIn(region.minX(), region.maxX(), pointer_->x, velocity_->x),
-                  stayIn(region.minY(), region.maxY(), pointer_->y, velocity_->y), Milliseconds(longestStay)});
-    return lastReport_ + std::chrono::floor<milliseconds>(stay);
+        std::min(stayIn(ignoredRegion_->minX(), ignoredRegion_->maxX(), pointer_->x, velocity_->x),
+                 stayIn(ignoredRegion_->minY(), ignoredRegion_->maxY(), pointer_->y, velocity_->y));
+    return std::chrono::floor<milliseconds>(std::clamp<Milliseconds>(stay, interval, longestStay));
 }
 
 } // namespace brisk::x11

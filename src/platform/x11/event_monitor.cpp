@@ -27,10 +27,11 @@ NSEventModifierFlags flagsOf(std::uint16_t modifiers) {
 } // namespace
 
 EventMonitor::EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
-                           ReadAhead readAhead)
+                           PointerLook* pointerLook, ReadAhead readAhead)
     : connection_(connection),
       atoms_(atoms),
       displays_(displays),
+      pointerLook_(pointerLook),
       readAhead_(std::move(readAhead)),
       input_(connection),
       turns_(queue, [this] { return work(); }) {}
@@ -46,7 +47,7 @@ std::optional<GlobalEventMonitor::Token> EventMonitor::addGlobalMonitorForEvents
     if (monitors_.empty()) {
         // The first press is not to wait for it.
         xcb_prefetch_extension_data(connection_.xcb(), &xcb_res_id);
-        if (!input_.isAvailable()) {
+        if (pointerLook_ == nullptr || !input_.isAvailable()) {
             return std::nullopt;
         }
         subscription_ = connection_.addEventHandler([this](const xcb_generic_event_t& event) { hear(event); });
@@ -61,12 +62,10 @@ void EventMonitor::removeMonitor(Token token) {
         !monitors_.empty()) {
         return;
     }
+    forgetDrag();
+    notices_.clear();
     input_.select(RawInput::Selection::nothing);
     subscription_ = {};
-    notices_.clear();
-    drag_.reset();
-    pointerOfReport_.reset();
-    turns_.cancelTimer();
 }
 
 void EventMonitor::ignoreRestOfPress() {
@@ -78,7 +77,7 @@ void EventMonitor::ignoreRestOfPress() {
 
 void EventMonitor::ignoreMotionWithin(const CGRect& region) {
     if (drag_) {
-        drag_->nextLook = std::max(drag_->nextLook, drag_->pace.endOfStayIn(region));
+        drag_->pace.ignoreMotionWithin(region);
     }
 }
 
@@ -115,6 +114,10 @@ void EventMonitor::hearInput(const RawInput::Event& event) {
         note({.kind = Notice::Kind::press, .detail = event.detail});
         break;
     case RawInput::Event::Kind::release:
+        if (drag_ && !drag_->isMotionHeard) {
+            // What it has moved since the last look.
+            noteDrag();
+        }
         note({.kind = Notice::Kind::release, .detail = event.detail});
         break;
     case RawInput::Event::Kind::modifiers:
@@ -153,7 +156,6 @@ void EventMonitor::note(Notice notice) {
 /// A mouse that has begun to move is heard no more, but looked at until it rests.
 void EventMonitor::noteMotion() {
     if (drag_ && drag_->isMotionHeard) {
-        drag_->isStill = false;
         hearMotion(false);
         noteDrag();
     }
@@ -161,35 +163,41 @@ void EventMonitor::noteMotion() {
 
 /// Everything since the last report counts as one drag, whatever moved.
 void EventMonitor::noteDrag() {
-    if (!drag_) {
-        return;
+    if (drag_ && (notices_.empty() || notices_.back().kind != Notice::Kind::drag)) {
+        note({.kind = Notice::Kind::drag});
     }
-    if (notices_.empty() || !notices_.back().isDrag()) {
-        notices_.push_back({.kind = Notice::Kind::drag});
-    } else if (std::exchange(notices_.back().kind, Notice::Kind::drag) == Notice::Kind::look) {
-        // It was set for the look.
-        turns_.cancelTimer();
-    }
-    turns_.takeNext();
 }
 
-void EventMonitor::noteLook(Clock::time_point time) {
-    drag_->nextLook = time;
-    if (notices_.empty() || !notices_.back().isDrag()) {
-        note({.kind = Notice::Kind::look});
+void EventMonitor::readLook() {
+    const auto pointer = pointerLook_->take();
+    if (!pointer || !drag_ || drag_->isMotionHeard) {
+        return;
+    }
+    drag_->pace.look(Clock::now(), toAppKit(*pointer));
+    if (drag_->pace.isAtRest()) {
+        // The report reads the pointer after that, so that no motion falls in between.
+        hearMotion(true);
+        noteDrag();
+    } else if (drag_->pace.isReportDue() || (pointer->state & XCB_BUTTON_MASK_1) == 0) {
+        noteDrag();
+    } else {
+        askForLook();
     }
 }
 
 /// Deals with one thing: what who is told of it has lost interest in is then never a later press. Returns whether more
 /// is left.
 bool EventMonitor::work() {
-    return dealWithNext() && (!notices_.empty() || (drag_ && !drag_->isReported));
+    return dealWithNext() && (!notices_.empty() || (drag_ && (!drag_->isReported || drag_->isLookDue)));
 }
 
 /// False when there is nothing to deal with yet.
 bool EventMonitor::dealWithNext() {
     if (drag_ && !drag_->isReported) {
         return endHold();
+    }
+    if (drag_ && std::exchange(drag_->isLookDue, false)) {
+        askForLook();
     }
     if (notices_.empty() || mustWait(notices_.front())) {
         return false;
@@ -216,10 +224,10 @@ bool EventMonitor::endHold() {
 
 /// A drag waits for its turn as long as nothing comes after it.
 bool EventMonitor::mustWait(const Notice& notice) {
-    if (!notice.isDrag() || notices_.size() > 1 || !drag_) {
+    if (notice.kind != Notice::Kind::drag || notices_.size() > 1 || !drag_) {
         return false;
     }
-    const auto turn = notice.kind == Notice::Kind::look ? drag_->nextLook : drag_->pace.nextReport();
+    const auto turn = drag_->pace.nextReport();
     if (Clock::now() >= turn - dragSlack) {
         return false;
     }
@@ -246,11 +254,6 @@ void EventMonitor::deal(const Notice& notice) {
     case Notice::Kind::drag:
         if (drag_) {
             reportDrag();
-        }
-        break;
-    case Notice::Kind::look:
-        if (drag_) {
-            look();
         }
         break;
     case Notice::Kind::modifiers:
@@ -308,38 +311,22 @@ std::optional<CGPoint> EventMonitor::readDrag() {
 }
 
 void EventMonitor::reportDrag() {
-    if (const auto pointer = readDrag()) {
-        reportDragTo(*pointer);
-    }
-}
-
-/// Reports the drag if the pointer has moved since the last report. One that was found at rest twice is heard again.
-void EventMonitor::look() {
-    // Before the pointer is read, so that no motion falls in between.
-    hearMotion(drag_->isStill);
     const auto pointer = readDrag();
     if (!pointer) {
         return;
     }
-    drag_->isStill = drag_->pace.isAt(*pointer);
-    if (!drag_->isStill) {
-        hearMotion(false);
-        reportDragTo(*pointer);
-        return;
-    }
-    readAhead_.forget();
-    if (!drag_->isMotionHeard) {
-        noteLook(Clock::now() + DragPace::interval);
-    }
-}
-
-void EventMonitor::reportDragTo(CGPoint pointer) {
-    drag_->pace.report(Clock::now(), pointer);
-    if (!drag_->isMotionHeard) {
-        noteLook(drag_->pace.nextReport());
-    }
+    drag_->pace.report(Clock::now(), *pointer);
+    drag_->isLookDue = !drag_->isMotionHeard;
     pointerOfReport_ = pointer;
     report(NSEventType::leftMouseDragged, drag_->modifiers);
+}
+
+void EventMonitor::askForLook() {
+    if (const auto delay = drag_->pace.timeToNextLook()) {
+        pointerLook_->ask(*delay);
+    } else {
+        pointerLook_->forget();
+    }
 }
 
 void EventMonitor::change(std::uint16_t modifiers) {
@@ -357,7 +344,7 @@ void EventMonitor::end(std::uint16_t modifiers) {
 
 void EventMonitor::forgetDrag() {
     drag_.reset();
-    std::erase_if(notices_, [](const Notice& notice) { return notice.kind == Notice::Kind::look; });
+    pointerLook_->forget();
     pointerOfReport_.reset();
     turns_.cancelTimer();
     input_.select(RawInput::Selection::buttons);

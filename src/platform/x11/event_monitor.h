@@ -7,6 +7,7 @@
 #include "platform/x11/displays.h"
 #include "platform/x11/drag_pace.h"
 #include "platform/x11/pointer.h"
+#include "platform/x11/pointer_look.h"
 #include "platform/x11/queue_turns.h"
 #include "platform/x11/raw_input.h"
 
@@ -21,8 +22,8 @@ namespace brisk::x11 {
 
 /// The left mouse button and the pointer, watched through the server's raw input events: these come whoever has grabbed
 /// the pointer, during every window manager's own moves. Modifiers are asked for only while the button is down, and
-/// motion only until the pointer sets out: from then on it is looked at when a report is due, until it rests again. An
-/// idle Brisk is not woken by a moving mouse, and one that follows a drag not a thousand times a second.
+/// motion only until the pointer sets out: from then on it is looked at now and then, until it rests again. An idle
+/// Brisk is not woken by a moving mouse, and one that follows a drag not a thousand times a second.
 ///
 /// At a press the active window is still the old one. The press, with everything after it, is reported once the window
 /// under the pointer has become active, and after a short time in any case.
@@ -39,11 +40,11 @@ public:
         std::function<void()> ask;
         /// Called after it, when the button was released before the answers.
         std::function<void()> dragHasEnded;
-        /// Called after it, when there is nothing to report and so nobody to read the answers.
-        std::function<void()> forget;
     };
 
-    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue, ReadAhead readAhead);
+    /// Without `pointerLook` the mouse cannot be watched.
+    EventMonitor(Connection& connection, const Atoms& atoms, Displays& displays, MainQueue& queue,
+                 PointerLook* pointerLook, ReadAhead readAhead);
     EventMonitor(const EventMonitor&) = delete;
     EventMonitor& operator=(const EventMonitor&) = delete;
     ~EventMonitor() override;
@@ -53,6 +54,9 @@ public:
     void ignoreRestOfPress() override;
     void ignoreMotionWithin(const CGRect& region) override;
     CGPoint mouseLocation() override;
+
+    /// Takes in what a look at the pointer has shown, if one has.
+    void readLook();
 
 private:
     using Clock = DragPace::Clock;
@@ -64,12 +68,10 @@ private:
     };
     /// What was heard and not yet dealt with.
     struct Notice {
-        /// A drag is to be reported; a look is reported if it shows that the pointer has moved.
-        enum class Kind : std::uint8_t { press, release, drag, look, modifiers };
+        enum class Kind : std::uint8_t { press, release, drag, modifiers };
         Kind kind;
         /// The physical button of a press or release, the modifiers' new state.
         std::uint32_t detail = 0;
-        bool isDrag() const { return kind == Kind::drag || kind == Kind::look; }
     };
     /// From the left button's press to its release.
     struct Drag {
@@ -81,11 +83,10 @@ private:
         bool isActiveWindowStale = true;
         bool isReported = false;
         DragPace pace;
-        /// When the pointer is looked at, while its motion is not heard.
-        Clock::time_point nextLook;
+        /// The pointer is looked at as long as its motion is not heard.
         bool isMotionHeard = true;
-        /// Whether the pointer was where it had been when it was looked at last.
-        bool isStill = false;
+        /// Whether a look is to be asked for, once who was told of the drag has said what it has no interest in.
+        bool isLookDue = false;
     };
 
     void hear(const xcb_generic_event_t& event);
@@ -95,7 +96,6 @@ private:
     void note(Notice notice);
     void noteMotion();
     void noteDrag();
-    void noteLook(Clock::time_point time);
 
     bool work();
     bool dealWithNext();
@@ -108,14 +108,14 @@ private:
     void forgetDrag();
     std::optional<CGPoint> readDrag();
     void reportDrag();
-    void look();
-    void reportDragTo(CGPoint pointer);
+    void askForLook();
     CGPoint toAppKit(const PointerReading& pointer);
     void report(NSEventType type, std::uint16_t modifiers);
 
     Connection& connection_;
     const Atoms& atoms_;
     Displays& displays_;
+    PointerLook* pointerLook_;
     ReadAhead readAhead_;
     std::vector<Monitor> monitors_;
     Token lastToken_ = 0;

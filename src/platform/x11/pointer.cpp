@@ -30,11 +30,7 @@ xcb_window_t topLevelOf(Connection& connection, xcb_window_t window) {
 
 std::optional<PointerReading> take(Connection& connection, xcb_query_pointer_cookie_t cookie) {
     const Reply<xcb_query_pointer_reply_t> reply{xcb_query_pointer_reply(connection.xcb(), cookie, nullptr)};
-    if (!reply) {
-        return std::nullopt;
-    }
-    return PointerReading{
-        .rootX = reply->root_x, .rootY = reply->root_y, .state = reply->mask, .topLevel = reply->child};
+    return reply ? std::optional(readingOf(*reply)) : std::nullopt;
 }
 
 class ActiveWindowRequest {
@@ -111,6 +107,10 @@ private:
 };
 
 } // namespace
+
+PointerReading readingOf(const xcb_query_pointer_reply_t& reply) {
+    return {.rootX = reply.root_x, .rootY = reply.root_y, .state = reply.mask, .topLevel = reply.child};
+}
 
 std::optional<PointerReading> readPointer(Connection& connection) {
     return take(connection, xcb_query_pointer(connection.xcb(), connection.root()));

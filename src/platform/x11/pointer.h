@@ -18,6 +18,7 @@ struct PointerReading {
     /// bare root. Windows that let input through are not under the pointer.
     xcb_window_t topLevel = XCB_WINDOW_NONE;
 };
+PointerReading readingOf(const xcb_query_pointer_reply_t& reply);
 /// One round trip; none when the server does not answer.
 std::optional<PointerReading> readPointer(Connection& connection);
 

@@ -35,8 +35,6 @@ public:
     /// window another size by then, as snapping to an edge does: that size is none of the drag's, and the frame as it
     /// was read before is told instead.
     void dragHasEnded();
-    /// Nobody is going to read what was asked ahead.
-    void forgetAhead() { takeAhead(nullptr); }
     /// The window's visible outer frame; none when it is gone.
     std::optional<PixelRect> read(const WindowRef& window);
 

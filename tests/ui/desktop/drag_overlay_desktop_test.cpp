@@ -39,7 +39,7 @@ protected:
     bool reaches(const std::function<bool()>& condition) {
         return waitUntil([&] {
             QCoreApplication::processEvents();
-            desktop->readEvents();
+            desktop->connection().dispatchEvents();
             desktop->endTurn();
             client.dispatchEvents();
             return condition();
