@@ -80,7 +80,13 @@ void WindowDragOverlayController::updateSurface() {
     }
     const bool isTranslucent = nativeWindows_.isCompositingActive();
     view_.setSurface(isTranslucent ? OverlaySurface::translucent : OverlaySurface::cutOut);
-    nativeWindows_.setShape(panel(), isTranslucent ? std::nullopt : std::optional(view_.cutOut()));
+    // To be carried out, a shape may have to wait for what the server draws for others.
+    if (!isTranslucent) {
+        isCutOut_ = true;
+        nativeWindows_.setShape(panel(), view_.cutOut());
+    } else if (std::exchange(isCutOut_, false)) {
+        nativeWindows_.setShape(panel(), std::nullopt);
+    }
 }
 
 } // namespace brisk

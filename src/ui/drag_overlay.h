@@ -36,6 +36,8 @@ private:
     QTimer compositingChange_;
     bool isPanelMade_ = false;
     bool isShown_ = false;
+    /// Whether the panel has a shape other than its rectangle.
+    bool isCutOut_ = false;
     /// What is shown.
     std::vector<WindowDragZone> zones_;
     std::optional<CommandIdentifier> active_;

@@ -1,15 +1,19 @@
 #include "ui/drag_overlay_view.h"
 
 #include "ui/face_glyph.h"
+#include "ui/flat_layers.h"
 #include "ui/theme.h"
 
 #include <QFontMetricsF>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QSemaphore>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace brisk {
 
@@ -49,10 +53,6 @@ QColor withAlpha(QColor color, double alpha) {
     return color;
 }
 
-double lineWidth(const ZonePicture& zone) {
-    return zone.isActive ? activeLineWidth : inactiveLineWidth;
-}
-
 QPainterPath roundedPath(const QRectF& rectangle, double radius) {
     QPainterPath path;
     path.addRoundedRect(rectangle, radius, radius);
@@ -65,6 +65,12 @@ QRegion roundedRegion(const QRectF& rectangle, double radius) {
     }
     const QPolygon polygon = roundedPath(rectangle, std::max(radius, 0.0)).toFillPolygon().toPolygon();
     return {polygon};
+}
+
+QImage transparentImage(QSize size) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
 }
 
 QRectF scaled(const QRectF& rectangle, double factor) {
@@ -106,6 +112,10 @@ void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
     }
     drawings_ = std::move(drawings);
     update(changed);
+    pictures_.clear();
+    if (isVisible() && surface_ == OverlaySurface::translucent) {
+        paintAhead(changed);
+    }
 }
 
 void WindowDragOverlayView::setSurface(OverlaySurface surface) {
@@ -119,10 +129,18 @@ void WindowDragOverlayView::updateScale() {
     drawAnew();
 }
 
+void WindowDragOverlayView::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) {
+        drawAnew();
+    }
+    QWidget::changeEvent(event);
+}
+
 void WindowDragOverlayView::drawAnew() {
     for (Drawing& drawing : drawings_) {
         drawing = drawingOf(std::move(drawing.zone));
     }
+    pictures_.clear();
     update();
 }
 
@@ -143,52 +161,127 @@ std::vector<CGRect> WindowDragOverlayView::cutOut() const {
 
 void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    const auto draw = [&](auto parts) {
-        for (const Drawing& drawing : drawings_) {
-            if (event->region().intersects(drawing.area)) {
-                parts(drawing);
+    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    QRegion rest = pixelsOf(event->region());
+    if (surface_ == OverlaySurface::cutOut) {
+        paintCutOut(painter, rest);
+        return;
+    }
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const Picture& picture : std::exchange(pictures_, {})) {
+        painter.drawImage(picture.rectangle, picture.image);
+        rest -= picture.rectangle;
+    }
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    paintTranslucent(painter, rest);
+}
+
+/// Paints what changed ahead of the paint event, which comes only when the server has drawn what it was given before:
+/// with a compositor that may take longer than the painting.
+void WindowDragOverlayView::paintAhead(const QRegion& region) {
+    for (const QRect& rectangle : pixelsOf(region)) {
+        pictures_.push_back({.rectangle = rectangle, .image = transparentImage(rectangle.size())});
+    }
+    // The toolkit's painter hands each fill, a few lines at a time, to the threads of this pool, which takes it longer
+    // than the fill. It does not where it is called in one of them.
+    QSemaphore painted;
+    const auto paint = [&] {
+        for (Picture& picture : pictures_) {
+            QPainter painter(&picture.image);
+            painter.translate(-picture.rectangle.topLeft());
+            paintTranslucent(painter, picture.rectangle);
+        }
+        painted.release();
+    };
+    if (!QThreadPool::globalInstance()->tryStart(paint)) {
+        paint();
+    }
+    painted.acquire();
+}
+
+/// Nearly all of a display full of zones is flat, half a dozen translucent colours at each place, whose blending would
+/// take longer than all else. The painter's units are pixels. Uses no font, so that any thread may paint.
+void WindowDragOverlayView::paintTranslucent(QPainter& painter, const QRegion& pixels) const {
+    QRegion edges;
+    std::vector<FlatLayer> layers;
+    for (const Drawing& drawing : drawings_) {
+        edges |= drawing.edge & pixels;
+        layers.push_back({.rectangle = drawing.pixels.toRect(), .color = drawing.fill});
+    }
+    paintFlatLayers(painter, pixels - edges, layers);
+    painter.setClipRegion(edges);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const Drawing& drawing : drawings_) {
+        if (edges.intersects(drawing.edge.boundingRect())) {
+            const QPainterPath path = roundedPath(drawing.pixels, zoneRadius * devicePixelRatioF());
+            painter.fillPath(path, drawing.fill);
+            painter.strokePath(path, drawing.line);
+            drawLabel(painter, drawing, pixels);
+        }
+    }
+}
+
+void WindowDragOverlayView::paintCutOut(QPainter& painter, const QRegion& pixels) const {
+    const auto fill = [&](const QRegion& region, const QColor& color) {
+        if (region.intersects(pixels)) {
+            for (const QRect& rectangle : region) {
+                painter.fillRect(rectangle, color);
             }
         }
     };
-    if (surface_ == OverlaySurface::translucent) {
-        draw([&](const Drawing& drawing) {
-            drawTranslucent(painter, drawing);
-            drawLabel(painter, drawing);
-        });
-    } else {
-        // Opaque lines would cut through the labels of larger zones. In full colour, also where inactive: what is below
-        // is not known, and a paler line may vanish on it.
-        draw([&](const Drawing& drawing) { fillPixels(painter, drawing.outline, baseColor(drawing.zone)); });
-        draw([&](const Drawing& drawing) {
-            fillPixels(painter, drawing.pillArea, opaquePill);
-            drawLabel(painter, drawing);
-        });
+    // Opaque lines would cut through the labels of larger zones. In full colour, also where inactive: what is below is
+    // not known, and a paler line may vanish on it.
+    for (const Drawing& drawing : drawings_) {
+        fill(drawing.outline, drawing.line.color());
+    }
+    for (const Drawing& drawing : drawings_) {
+        fill(drawing.pillArea, opaquePill);
+        drawLabel(painter, drawing, pixels);
     }
 }
 
-void WindowDragOverlayView::drawTranslucent(QPainter& painter, const Drawing& drawing) const {
-    const ZonePicture& zone = drawing.zone;
+void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing, const QRegion& pixels) {
+    if (pixels.intersects(QRect(drawing.labelPosition, drawing.label.size()))) {
+        painter.drawImage(drawing.labelPosition, drawing.label);
+    }
+}
+
+WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
+    const double ratio = devicePixelRatioF();
+    const bool isTranslucent = surface_ == OverlaySurface::translucent;
+    const QRectF rectangle = flipped(rectangleOf(zone)).normalized();
     const QColor color = baseColor(zone);
-    const QPainterPath path = roundedPath(flipped(rectangleOf(zone)), zoneRadius);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(path, withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha));
-    painter.strokePath(path, QPen(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha), lineWidth(zone)));
-    painter.fillPath(roundedPath(flipped(drawing.pill.rectangle), pillRadius), withAlpha(pillColor, pillAlpha));
-}
-
-void WindowDragOverlayView::fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const {
-    painter.save();
-    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    for (const QRect& rectangle : pixels) {
-        painter.fillRect(rectangle, color);
+    const Pill pill = pillOf(zone);
+    Drawing drawing{.area = edgeOf(rectangle, pill, 1),
+                    .line = QPen(zone.isActive || !isTranslucent ? color : withAlpha(color, inactiveStrokeAlpha),
+                                 (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio),
+                    .labelPosition = labelPixels(pill, ratio).topLeft(),
+                    .label = labelOf(pill)};
+    if (isTranslucent) {
+        drawing.area |= rectangle.toAlignedRect();
+        drawing.pixels = scaled(rectangle, ratio);
+        drawing.edge = edgeOf(rectangle, pill, ratio);
+        drawing.fill = withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha);
+    } else {
+        drawing.outline = outlineOf(zone);
+        drawing.pillArea = pillAreaOf(pill);
     }
-    painter.restore();
+    drawing.zone = std::move(zone);
+    return drawing;
 }
 
-void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing) const {
-    const Pill& pill = drawing.pill;
-    if (drawing.zone.isActive) {
+/// The label with its field, which on a cut-out surface is laid below it in whole pixels.
+QImage WindowDragOverlayView::labelOf(const Pill& pill) const {
+    const QRect pixels = labelPixels(pill, devicePixelRatioF());
+    QImage label = transparentImage(pixels.size());
+    QPainter painter(&label);
+    painter.translate(-pixels.topLeft());
+    painter.scale(devicePixelRatioF(), devicePixelRatioF());
+    if (surface_ == OverlaySurface::translucent) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(roundedPath(flipped(pill.rectangle), pillRadius), withAlpha(pillColor, pillAlpha));
+    }
+    if (pill.markerWidth > 0) {
         painter.save();
         painter.translate(0, displayHeight());
         painter.scale(1, -1);
@@ -204,17 +297,7 @@ void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing)
     painter.setPen(labelColor);
     painter.drawText(QPointF(pill.rectangle.x() + pillPaddingX + pill.markerWidth, displayHeight() - baseline),
                      pill.text);
-}
-
-WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
-    Drawing drawing{.pill = pillOf(zone)};
-    drawing.area = areaOf(zone, drawing.pill);
-    if (surface_ == OverlaySurface::cutOut) {
-        drawing.outline = outlineOf(zone);
-        drawing.pillArea = pillAreaOf(drawing.pill);
-    }
-    drawing.zone = std::move(zone);
-    return drawing;
+    return label;
 }
 
 WindowDragOverlayView::Pill WindowDragOverlayView::pillOf(const ZonePicture& zone) const {
@@ -240,17 +323,29 @@ QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
     return themeColor(zone.kind == ZoneKind::custom ? customZoneColor : builtInZoneColor, palette());
 }
 
-QRegion WindowDragOverlayView::areaOf(const ZonePicture& zone, const Pill& pill) const {
-    const QRectF rectangle = flipped(rectangleOf(zone)).normalized();
-    constexpr double outside = activeLineWidth / 2 + 1;
-    QRegion area = rectangle.adjusted(-outside, -outside, outside, outside).toAlignedRect();
-    if (surface_ == OverlaySurface::cutOut) {
-        // The corners reach further inside than the lines.
-        static_assert(zoneRadius > activeCutOutLineWidth + 1);
-        area -= rectangle.adjusted(zoneRadius, zoneRadius, -zoneRadius, -zoneRadius).toRect();
+QRegion WindowDragOverlayView::edgeOf(const QRectF& zone, const Pill& pill, double ratio) const {
+    const QRectF rectangle = scaled(zone, ratio);
+    const double outside = (activeLineWidth / 2 + 1) * ratio;
+    const double inside =
+        ((surface_ == OverlaySurface::cutOut ? activeCutOutLineWidth : activeLineWidth / 2) + 1) * ratio;
+    const double corner = (zoneRadius + 1) * ratio;
+    QRegion edge = rectangle.adjusted(-outside, -outside, outside, outside).toAlignedRect();
+    edge -= rectangle.adjusted(corner, inside, -corner, -inside).toRect();
+    edge -= rectangle.adjusted(inside, corner, -inside, -corner).toRect();
+    return edge | labelPixels(pill, ratio);
+}
+
+/// What the label covers, multiplied by that ratio. Cut out in pixels, its edge may lie up to half a pixel outside.
+QRect WindowDragOverlayView::labelPixels(const Pill& pill, double ratio) const {
+    return scaled(flipped(pill.rectangle), ratio).toAlignedRect().adjusted(-1, -1, 1, 1);
+}
+
+QRegion WindowDragOverlayView::pixelsOf(const QRegion& region) const {
+    QRegion pixels;
+    for (const QRect& rectangle : region) {
+        pixels |= scaled(rectangle, devicePixelRatioF()).toAlignedRect();
     }
-    // Cut out in pixels, its edge may lie up to half a pixel outside.
-    return area | flipped(pill.rectangle).toAlignedRect().adjusted(-1, -1, 1, 1);
+    return pixels;
 }
 
 QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {

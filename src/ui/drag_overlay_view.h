@@ -2,6 +2,8 @@
 
 #include "drag/zone_picture.h"
 
+#include <QImage>
+#include <QPen>
 #include <QRegion>
 #include <QWidget>
 
@@ -31,6 +33,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     /// The label's dark field, in the toolkit's units with y up, and what stands on it.
@@ -40,34 +43,56 @@ private:
         double markerWidth = 0;
         QRectF rectangle;
     };
-    /// A zone with what takes longer to find out than to draw.
+    /// A zone with what takes longer to find out than to paint; but for `area` in pixels.
     struct Drawing {
         ZonePicture zone;
-        Pill pill;
         /// Where anything of it is painted, in the widget's units.
         QRegion area;
-        /// What it takes of a cut-out surface, in pixels; empty on the other.
+        QPen line;
+        QPoint labelPosition;
+        QImage label;
+
+        /// On a translucent surface a rectangle of one colour but for its edge, which is line, corners and label.
+        QRectF pixels;
+        QColor fill;
+        QRegion edge;
+
+        /// What it takes of a cut-out surface.
         QRegion outline;
         QRegion pillArea;
     };
+    /// What a part of the widget shows, in pixels.
+    struct Picture {
+        QRect rectangle;
+        QImage image;
+    };
     Drawing drawingOf(ZonePicture zone) const;
     Pill pillOf(const ZonePicture& zone) const;
+    QImage labelOf(const Pill& pill) const;
     /// Points of the display to the toolkit's units, both with y up.
     QRectF rectangleOf(const ZonePicture& zone) const;
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
-    QRegion areaOf(const ZonePicture& zone, const Pill& pill) const;
+    /// Where the zone is more than its flat colour; multiplied by that ratio.
+    QRegion edgeOf(const QRectF& zone, const Pill& pill, double ratio) const;
+    QRect labelPixels(const Pill& pill, double ratio) const;
+    /// All pixels that the region, in the widget's units, has a part of.
+    QRegion pixelsOf(const QRegion& region) const;
     QRegion outlineOf(const ZonePicture& zone) const;
     QRegion pillAreaOf(const Pill& pill) const;
     void drawAnew();
     double displayHeight() const;
 
-    void drawTranslucent(QPainter& painter, const Drawing& drawing) const;
-    void drawLabel(QPainter& painter, const Drawing& drawing) const;
-    void fillPixels(QPainter& painter, const QRegion& pixels, const QColor& color) const;
+    void paintAhead(const QRegion& region);
+    // The painter's units are pixels.
+    void paintTranslucent(QPainter& painter, const QRegion& pixels) const;
+    void paintCutOut(QPainter& painter, const QRegion& pixels) const;
+    static void drawLabel(QPainter& painter, const Drawing& drawing, const QRegion& pixels);
 
     std::vector<Drawing> drawings_;
+    /// What was painted ahead.
+    std::vector<Picture> pictures_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;
 };

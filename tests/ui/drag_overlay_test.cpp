@@ -129,6 +129,28 @@ TEST_F(DragOverlayView, ASmallerZoneIsPaintedOverTheActiveOne) {
     EXPECT_NEAR(line.alphaF(), laidOn(0.58 * 0.75, 0.34), 0.012) << "its outline lies on top";
 }
 
+TEST_F(DragOverlayView, WhatChangedLooksAsIfItHadBeenThereFromTheStart) {
+    const std::vector<WindowDragZone> zones{{WindowLayout::maximize, {{0, 0}, display}},
+                                            {WindowLayout::leftHalf, {{0, 0}, {400, 600}}},
+                                            {WindowLayout::center, {{199.5, 150.25}, {400, 300}}},
+                                            {custom("cell"), {{350, 100}, {266.7, 200}}}};
+    view.resize(800, 600);
+    view.show();
+    draw(zones, "window.leftHalf");
+    const QImage changed = draw(zones, "window.center");
+
+    WindowDragOverlayView fresh;
+    fresh.setPalette(palette);
+    fresh.setZones(zonePictures(zones, "window.center", {}), display);
+    EXPECT_EQ(changed, rendered(fresh));
+
+    palette.setColor(QPalette::Highlight, QColor(0, 120, 215));
+    view.setPalette(palette);
+    fresh.setPalette(palette);
+    EXPECT_NE(rendered(view), changed) << "the accent has changed";
+    EXPECT_EQ(rendered(view), rendered(fresh));
+}
+
 TEST_F(DragOverlayView, CutOutDrawsOpaqueOutlinesAndPillsOnly) {
     view.setSurface(OverlaySurface::cutOut);
     const QImage image =
