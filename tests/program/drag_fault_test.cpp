@@ -78,6 +78,21 @@ TEST_F(DragFault, WhatComesUpGoesBelowTheZonesAtTheNextStep) {
     expectAllWellAgain();
 }
 
+TEST_F(DragFault, AWindowThatTakesAnotherSizeIsLetGoAtOnce) {
+    takeByTitle(window_);
+    pressShift();
+    // The last step of the drag has been dealt with: from here on nothing moves.
+    frameAtRest(window_);
+    ASSERT_TRUE(isOverlayShown());
+    const std::array<std::uint32_t, 2> size{startFrame.width + 50, startFrame.height + 50};
+    xcb_configure_window(client_.connection().xcb(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size.data());
+    client_.connection().synchronize();
+    EXPECT_TRUE(wait([&] { return !isOverlayShown(); }));
+    letGo();
+    expectAllWellAgain();
+}
+
 TEST_F(DragFault, AFrozenWindowIsDroppedAllTheSame) {
     for (const bool isFrozenBefore : {true, false}) {
         SCOPED_TRACE(isFrozenBefore ? "frozen before the drag" : "frozen with the zones shown");

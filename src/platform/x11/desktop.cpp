@@ -37,7 +37,8 @@ Desktop::Desktop(std::unique_ptr<Connection> connection, std::unique_ptr<Pointer
                              windowMover_.askAhead(windowTracker_.activeWindow());
                              nativeWindows_.askAgainForFront();
                          },
-                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); }}),
+                     .dragHasEnded = [this] { windowMover_.dragHasEnded(); },
+                     .isChange = [this](const auto& event) { return windowMover_.isResize(event); }}),
       singleInstance_(*connection_, mainQueue),
       trayManager_(*connection_) {
     connection_->dispatchEvents();

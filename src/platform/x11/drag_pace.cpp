@@ -10,8 +10,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 /// A pointer that speeds up beyond all expectation is seen this much later at most.
 constexpr milliseconds longestStay{32};
-/// And what shows in a report but makes none, such as the window's size.
-constexpr milliseconds longestSilence{100};
+/// And what shows in a report but makes none, such as a window that came up above the zones.
+constexpr milliseconds longestSilence{250};
 /// A pointer that was seen longer ago than that may have stood since, and gone its way in a moment.
 constexpr milliseconds longestMotion{48};
 /// How fast, in points a millisecond, a pointer may set out from rest or turn round during a stay.

@@ -101,7 +101,7 @@ void EventMonitor::hear(const xcb_generic_event_t& event) {
         if (property.window == connection_.root()) {
             hearRootProperty(property.atom);
         }
-    } else if (displays_.isChange(event)) {
+    } else if (displays_.isChange(event) || readAhead_.isChange(event)) {
         noteDrag();
     } else if (const auto input = input_.eventIn(event)) {
         hearInput(*input);

@@ -28,8 +28,9 @@ namespace brisk::x11 {
 /// At a press the active window is still the old one. The press, with everything after it, is reported once the window
 /// under the pointer has become active, and after a short time in any case.
 ///
-/// Beyond the pointer's motion a drag is reported when Shift changes, when the windows or the displays do, and a
-/// release that the server never told is reported without Shift: who follows the gesture then finds out what is gone.
+/// Beyond the pointer's motion a drag is reported when Shift changes, when its window's size does, or the windows or
+/// the displays do, and a release that the server never told is reported without Shift: who follows the gesture then
+/// finds out what is gone.
 ///
 /// Expects the root window and the displays to be followed.
 class EventMonitor final : public GlobalEventMonitor {
@@ -40,6 +41,8 @@ public:
         std::function<void()> ask;
         /// Called after it, when the button was released before the answers.
         std::function<void()> dragHasEnded;
+        /// Whether an event tells that what was read last has changed, so that the drag is to be reported.
+        std::function<bool(const xcb_generic_event_t&)> isChange;
     };
 
     /// Without `pointerLook` the mouse cannot be watched.

@@ -38,6 +38,13 @@ PixelRect frameAround(const PixelRect& client, const Extents& decoration, const 
             .height = client.height + decoration.top + decoration.bottom - shadow.top - shadow.bottom};
 }
 
+PixelRect clientIn(const PixelRect& frame, const Extents& decoration, const Extents& shadow) {
+    return {.x = frame.x + decoration.left - shadow.left,
+            .y = frame.y + decoration.top - shadow.top,
+            .width = frame.width - decoration.left - decoration.right + shadow.left + shadow.right,
+            .height = frame.height - decoration.top - decoration.bottom + shadow.top + shadow.bottom};
+}
+
 bool isReadFrom(xcb_atom_t property, const Atoms& atoms) {
     return property == atoms.netFrameExtents || property == atoms.gtkFrameExtents || property == atoms.netWindowState ||
            property == atoms.netAllowedActions;

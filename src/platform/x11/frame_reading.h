@@ -29,6 +29,9 @@ Extents believableShadow(const Extents& shadow, const PixelRect& client);
 /// The visible outer frame of a client's rectangle.
 PixelRect frameAround(const PixelRect& client, const Extents& decoration, const Extents& shadow);
 
+/// The client's rectangle of a visible outer frame.
+PixelRect clientIn(const PixelRect& frame, const Extents& decoration, const Extents& shadow);
+
 /// A window's place and what it bears on moving it, all from one moment.
 struct FrameReading {
     /// The visible outer frame: title bar and borders included, the invisible shadows that a client draws around itself

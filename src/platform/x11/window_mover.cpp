@@ -68,6 +68,15 @@ void WindowMover::dragHasEnded() {
     }
 }
 
+bool WindowMover::isResize(const xcb_generic_event_t& event) const {
+    if (typeOf(event) != XCB_CONFIGURE_NOTIFY || !readWindow_) {
+        return false;
+    }
+    const auto& notify = as<xcb_configure_notify_event_t>(event);
+    const PixelRect client = clientIn(reading_.frame, reading_.decoration, reading_.shadow);
+    return notify.window == readWindow_->id && (notify.width != client.width || notify.height != client.height);
+}
+
 std::optional<PixelRect> WindowMover::read(const WindowRef& window) {
     sendHeldPosition();
     std::optional<FrameReading> reading;
@@ -187,11 +196,10 @@ void WindowMover::send(const WindowRef& window, const FrameReading& reading, Pix
     flags |= target.width != current.width || target.height != current.height || reading.mayResize
                  ? hasWidth | hasHeight
                  : 0U;
-    const int width = target.width - decoration.left - decoration.right + shadow.left + shadow.right;
-    const int height = target.height - decoration.top - decoration.bottom + shadow.top + shadow.bottom;
+    const PixelRect client = clientIn(target, decoration, shadow);
     windowManager_.send(window->id, atoms_.netMoveResizeWindow,
-                        {flags, word(target.x - shadow.left), word(target.y - shadow.top), word(std::max(width, 1)),
-                         word(std::max(height, 1))});
+                        {flags, word(target.x - shadow.left), word(target.y - shadow.top),
+                         word(std::max(client.width, 1)), word(std::max(client.height, 1))});
     movement_ = Movement{.window = window,
                          .start = current,
                          .target = target,

@@ -35,6 +35,8 @@ public:
     /// window another size by then, as snapping to an edge does: that size is none of the drag's, and the frame as it
     /// was read before is told instead.
     void dragHasEnded();
+    /// Whether the event tells that the window read last has another size than it had then.
+    bool isResize(const xcb_generic_event_t& event) const;
     /// The window's visible outer frame; none when it is gone.
     std::optional<PixelRect> read(const WindowRef& window);
 
