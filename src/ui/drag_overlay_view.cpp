@@ -113,7 +113,7 @@ void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
     drawings_ = std::move(drawings);
     update(changed);
     pictures_.clear();
-    if (isVisible() && surface_ == OverlaySurface::translucent) {
+    if (!changed.isEmpty() && isVisible() && surface_ == OverlaySurface::translucent) {
         paintAhead(changed);
     }
 }
@@ -182,7 +182,7 @@ void WindowDragOverlayView::paintAhead(const QRegion& region) {
     for (const QRect& rectangle : pixelsOf(region)) {
         pictures_.push_back({.rectangle = rectangle, .image = transparentImage(rectangle.size())});
     }
-    // The toolkit's painter hands each fill, a few lines at a time, to the threads of this pool, which takes it longer
+    // Qt's painter (6.4) hands each fill, a few lines at a time, to the threads of this pool, which takes it longer
     // than the fill. It does not where it is called in one of them.
     QSemaphore painted;
     const auto paint = [&] {

@@ -20,7 +20,7 @@ template <class T>
 using Reply = std::unique_ptr<T, Free>;
 using Event = Reply<xcb_generic_event_t>;
 
-/// Brisk's own connection to the X server, and the road of its events. Main thread only.
+/// A connection to the X server of Brisk's own, not the toolkit's, and the road of its events. Main thread only.
 ///
 /// The main loop calls `dispatchEvents` when `fileDescriptor` is readable, and `dispatchQueuedEvents` and `flush` each
 /// time before it sleeps: a reply that was waited for brings earlier events along, and the descriptor does not signal

@@ -12,6 +12,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr milliseconds longestStay{32};
 /// And what shows in a report but makes none, such as a window that came up above the zones.
 constexpr milliseconds longestSilence{250};
+/// A shorter time tells no velocity: a report reads the pointer just after the look that made it.
+constexpr milliseconds shortestMotion{4};
 /// A pointer that was seen longer ago than that may have stood since, and gone its way in a moment.
 constexpr milliseconds longestMotion{48};
 /// How fast, in points a millisecond, a pointer may set out from rest or turn round during a stay.
@@ -39,10 +41,12 @@ void DragPace::look(Clock::time_point now, CGPoint pointer) {
 }
 
 void DragPace::see(Clock::time_point now, CGPoint pointer) {
-    velocity_.reset();
-    if (const Milliseconds passed = now - lastSight_; pointer_ && pointer_ != pointer && passed <= longestMotion) {
-        const double time = std::max(passed.count(), 1.0);
-        velocity_ = {.x = (pointer.x - pointer_->x) / time, .y = (pointer.y - pointer_->y) / time};
+    if (const Milliseconds passed = now - lastSight_; passed >= shortestMotion) {
+        velocity_.reset();
+        if (pointer_ && pointer_ != pointer && passed <= longestMotion) {
+            velocity_ = {.x = (pointer.x - pointer_->x) / passed.count(),
+                         .y = (pointer.y - pointer_->y) / passed.count()};
+        }
     }
     pointer_ = pointer;
     lastSight_ = now;

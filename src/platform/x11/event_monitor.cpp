@@ -101,7 +101,7 @@ void EventMonitor::hear(const xcb_generic_event_t& event) {
         if (property.window == connection_.root()) {
             hearRootProperty(property.atom);
         }
-    } else if (displays_.isChange(event) || readAhead_.isChange(event)) {
+    } else if (displays_.isChange(event) || (isShiftHeld() && readAhead_.isChange(event))) {
         noteDrag();
     } else if (const auto input = input_.eventIn(event)) {
         hearInput(*input);
@@ -140,6 +140,11 @@ void EventMonitor::hearRootProperty(xcb_atom_t property) {
         drag_->isActiveWindowStale = true;
         turns_.takeNext();
     }
+}
+
+/// Without it nobody reads the window.
+bool EventMonitor::isShiftHeld() const {
+    return drag_ && (drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0;
 }
 
 void EventMonitor::hearMotion(bool isHeard) {
@@ -290,7 +295,7 @@ void EventMonitor::begin(std::uint32_t button) {
 
 /// Where the pointer is, if the drag goes on.
 std::optional<CGPoint> EventMonitor::readDrag() {
-    if ((drag_->modifiers & XCB_MOD_MASK_SHIFT) != 0) {
+    if (isShiftHeld()) {
         readAhead_.ask();
     }
     const auto pointer = readPointer(connection_);

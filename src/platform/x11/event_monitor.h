@@ -28,9 +28,9 @@ namespace brisk::x11 {
 /// At a press the active window is still the old one. The press, with everything after it, is reported once the window
 /// under the pointer has become active, and after a short time in any case.
 ///
-/// Beyond the pointer's motion a drag is reported when Shift changes, when its window's size does, or the windows or
-/// the displays do, and a release that the server never told is reported without Shift: who follows the gesture then
-/// finds out what is gone.
+/// Beyond the pointer's motion a drag is reported when Shift changes, when the windows or the displays do, with Shift
+/// when its window's size does, and a release that the server never told is reported without Shift: who follows the
+/// gesture then finds out what is gone.
 ///
 /// Expects the root window and the displays to be followed.
 class EventMonitor final : public GlobalEventMonitor {
@@ -95,6 +95,7 @@ private:
     void hear(const xcb_generic_event_t& event);
     void hearRootProperty(xcb_atom_t property);
     void hearInput(const RawInput::Event& event);
+    bool isShiftHeld() const;
     void hearMotion(bool isHeard);
     void note(Notice notice);
     void noteMotion();

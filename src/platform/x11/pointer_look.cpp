@@ -2,13 +2,37 @@
 
 #include <xcb/xcbext.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string_view>
 #include <utility>
 
 namespace brisk::x11 {
 namespace {
+
+/// The system counter of that name. xcb's own iterator and accessor reckon with a padding between the length of a name
+/// and the name, which the protocol does not have: they lose their way after some lengths.
+std::optional<xcb_sync_counter_t> counterNamed(std::string_view name,
+                                               const xcb_sync_list_system_counters_reply_t& counters) {
+    constexpr std::size_t counterSize = 12;
+    constexpr std::size_t headSize = counterSize + sizeof(std::uint16_t);
+    const auto* const bytes = reinterpret_cast<const char*>(&counters + 1);
+    const std::size_t size = std::size_t{counters.length} * 4;
+    for (std::size_t start = 0; start + headSize <= size;) {
+        std::uint16_t length = 0;
+        std::memcpy(&length, bytes + start + counterSize, sizeof length);
+        const std::size_t end = start + headSize + length;
+        if (end <= size && std::string_view(bytes + start + headSize, length) == name) {
+            xcb_sync_counter_t counter = 0;
+            std::memcpy(&counter, bytes + start, sizeof counter);
+            return counter;
+        }
+        start = (end + 3) / 4 * 4;
+    }
+    return std::nullopt;
+}
 
 /// The server's time in milliseconds, as a counter of the Synchronization Extension.
 std::optional<xcb_sync_counter_t> serverTime(xcb_connection_t* xcb) {
@@ -17,18 +41,7 @@ std::optional<xcb_sync_counter_t> serverTime(xcb_connection_t* xcb) {
     const Reply<xcb_sync_initialize_reply_t> version{xcb_sync_initialize_reply(xcb, initializeCookie, nullptr)};
     const Reply<xcb_sync_list_system_counters_reply_t> counters{
         xcb_sync_list_system_counters_reply(xcb, countersCookie, nullptr)};
-    if (!version || !counters) {
-        return std::nullopt;
-    }
-    for (auto counter = xcb_sync_list_system_counters_counters_iterator(counters.get()); counter.rem > 0;
-         xcb_sync_systemcounter_next(&counter)) {
-        // The protocol does not pad the length that comes before the name; xcb's own accessor looks behind a padding.
-        const auto* const name = reinterpret_cast<const char*>(&counter.data->name_len + 1);
-        if (std::string_view(name, counter.data->name_len) == "SERVERTIME") {
-            return counter.data->counter;
-        }
-    }
-    return std::nullopt;
+    return version && counters ? counterNamed("SERVERTIME", *counters) : std::nullopt;
 }
 
 } // namespace

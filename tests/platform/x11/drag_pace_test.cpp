@@ -108,9 +108,12 @@ TEST(DragPace, LooksNoLaterThanAPointerOfTwiceTheVelocityLeaves) {
              Row{"along an edge it may leave at any moment",
                  {{{}, {400, 201}}, {milliseconds(8), {416, 201}}},
                  milliseconds(8)},
-             Row{"two looks at once are a millisecond apart at least",
-                 {{{}, {600, 500}}, {{}, {610, 500}}},
-                 milliseconds(23)},
+             Row{"two looks at once tell no velocity",
+                 {{{}, {600, 500}}, {milliseconds(3), {610, 500}}},
+                 milliseconds(8)},
+             Row{"and take none away",
+                 {{{}, {984, 500}}, {milliseconds(8), {1000, 500}}, {milliseconds(3), {1000, 500}}},
+                 milliseconds(20)},
          }) {
         SCOPED_TRACE(row.why);
         EXPECT_EQ(Drag(row.looks).pace.timeToNextLook(), row.expected);
