@@ -335,9 +335,11 @@ QRegion WindowDragOverlayView::edgeOf(const QRectF& zone, const Pill& pill, doub
     return edge | labelPixels(pill, ratio);
 }
 
-/// What the label covers, multiplied by that ratio. Cut out in pixels, its edge may lie up to half a pixel outside.
+/// What the label covers of the display, however long its text is, multiplied by that ratio. Cut out in pixels, its
+/// edge may lie up to half a pixel outside.
 QRect WindowDragOverlayView::labelPixels(const Pill& pill, double ratio) const {
-    return scaled(flipped(pill.rectangle), ratio).toAlignedRect().adjusted(-1, -1, 1, 1);
+    const QRectF display(0, 0, displaySize_.width / devicePixelRatioF(), displayHeight());
+    return (scaled(flipped(pill.rectangle), ratio) & scaled(display, ratio)).toAlignedRect().adjusted(-1, -1, 1, 1);
 }
 
 QRegion WindowDragOverlayView::pixelsOf(const QRegion& region) const {

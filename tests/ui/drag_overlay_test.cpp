@@ -121,6 +121,13 @@ TEST_F(DragOverlayView, LabelsAreCentredAndOnlyTheActiveOneIsMarked) {
     }
 }
 
+TEST_F(DragOverlayView, ALabelWiderThanTheDisplayFillsIt) {
+    const std::string name(200'000, 'm');
+    const QImage image = draw({{custom(name.c_str()), {{200, 200}, {400, 200}}}});
+    EXPECT_NEAR(image.pixelColor(2, 300 - 14).alphaF(), 0.48, 0.012);
+    EXPECT_NEAR(image.pixelColor(797, 300 - 14).alphaF(), 0.48, 0.012);
+}
+
 TEST_F(DragOverlayView, ASmallerZoneIsPaintedOverTheActiveOne) {
     const QImage image = draw({{custom("inside"), {{50, 50}, {200, 150}}}, {WindowLayout::maximize, {{0, 0}, display}}},
                               "window.maximize");
