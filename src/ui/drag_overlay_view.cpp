@@ -102,16 +102,16 @@ void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
         if (i < drawings_.size() && drawings_[i].zone == zones[i]) {
             drawings.push_back(std::move(drawings_[i]));
         } else {
-            changed |= i < drawings_.size() ? drawings_[i].area : QRegion();
+            changed |= i < drawings_.size() ? drawings_[i].covered : QRegion();
             drawings.push_back(drawingOf(std::move(zones[i])));
-            changed |= drawings.back().area;
+            changed |= drawings.back().covered;
         }
     }
     for (std::size_t i = zones.size(); i < drawings_.size(); ++i) {
-        changed |= drawings_[i].area;
+        changed |= drawings_[i].covered;
     }
     drawings_ = std::move(drawings);
-    update(changed);
+    update(unitsOf(changed));
     pictures_.clear();
     if (!changed.isEmpty() && isVisible() && surface_ == OverlaySurface::translucent) {
         paintAhead(changed);
@@ -178,8 +178,8 @@ void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
 
 /// Paints what changed ahead of the paint event, which comes only when the server has drawn what it was given before:
 /// with a compositor that may take longer than the painting.
-void WindowDragOverlayView::paintAhead(const QRegion& region) {
-    for (const QRect& rectangle : pixelsOf(region)) {
+void WindowDragOverlayView::paintAhead(const QRegion& pixels) {
+    for (const QRect& rectangle : pixels) {
         pictures_.push_back({.rectangle = rectangle, .image = transparentImage(rectangle.size())});
     }
     // Qt's painter (6.4) hands each fill, a few lines at a time, to the threads of this pool, which takes it longer
@@ -249,19 +249,20 @@ void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing,
 WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
     const double ratio = devicePixelRatioF();
     const bool isTranslucent = surface_ == OverlaySurface::translucent;
-    const QRectF rectangle = flipped(rectangleOf(zone)).normalized();
+    const QRectF pixels = scaled(flipped(rectangleOf(zone)).normalized(), ratio);
     const QColor color = baseColor(zone);
     const Pill pill = pillOf(zone);
-    Drawing drawing{.area = edgeOf(rectangle, pill, 1),
+    const QRegion edge = edgeOf(pixels, pill);
+    Drawing drawing{.covered = edge,
                     .line = QPen(zone.isActive || !isTranslucent ? color : withAlpha(color, inactiveStrokeAlpha),
                                  (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio),
-                    .labelPosition = labelPixels(pill, ratio).topLeft(),
+                    .labelPosition = labelPixels(pill).topLeft(),
                     .label = labelOf(pill)};
     if (isTranslucent) {
-        drawing.area |= rectangle.toAlignedRect();
-        drawing.pixels = scaled(rectangle, ratio);
-        drawing.edge = edgeOf(rectangle, pill, ratio);
+        drawing.covered |= pixels.toAlignedRect();
+        drawing.pixels = pixels;
         drawing.fill = withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha);
+        drawing.edge = edge;
     } else {
         drawing.outline = outlineOf(zone);
         drawing.pillArea = pillAreaOf(pill);
@@ -272,7 +273,7 @@ WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone
 
 /// The label with its field, which on a cut-out surface is laid below it in whole pixels.
 QImage WindowDragOverlayView::labelOf(const Pill& pill) const {
-    const QRect pixels = labelPixels(pill, devicePixelRatioF());
+    const QRect pixels = labelPixels(pill);
     QImage label = transparentImage(pixels.size());
     QPainter painter(&label);
     painter.translate(-pixels.topLeft());
@@ -323,28 +324,36 @@ QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
     return themeColor(zone.kind == ZoneKind::custom ? customZoneColor : builtInZoneColor, palette());
 }
 
-QRegion WindowDragOverlayView::edgeOf(const QRectF& zone, const Pill& pill, double ratio) const {
-    const QRectF rectangle = scaled(zone, ratio);
+QRegion WindowDragOverlayView::edgeOf(const QRectF& pixels, const Pill& pill) const {
+    const double ratio = devicePixelRatioF();
     const double outside = (activeLineWidth / 2 + 1) * ratio;
     const double inside =
         ((surface_ == OverlaySurface::cutOut ? activeCutOutLineWidth : activeLineWidth / 2) + 1) * ratio;
     const double corner = (zoneRadius + 1) * ratio;
-    QRegion edge = rectangle.adjusted(-outside, -outside, outside, outside).toAlignedRect();
-    edge -= rectangle.adjusted(corner, inside, -corner, -inside).toRect();
-    edge -= rectangle.adjusted(inside, corner, -inside, -corner).toRect();
-    return edge | labelPixels(pill, ratio);
+    QRegion edge = pixels.adjusted(-outside, -outside, outside, outside).toAlignedRect();
+    edge -= pixels.adjusted(corner, inside, -corner, -inside).toRect();
+    edge -= pixels.adjusted(inside, corner, -inside, -corner).toRect();
+    return edge | labelPixels(pill);
 }
 
-/// What the label covers of the display, however long its text is, multiplied by that ratio. Cut out in pixels, its
-/// edge may lie up to half a pixel outside.
-QRect WindowDragOverlayView::labelPixels(const Pill& pill, double ratio) const {
-    const QRectF display(0, 0, displaySize_.width / devicePixelRatioF(), displayHeight());
-    return (scaled(flipped(pill.rectangle), ratio) & scaled(display, ratio)).toAlignedRect().adjusted(-1, -1, 1, 1);
+/// What the label covers of the display, however long its text is. Cut out in whole pixels, its edge may lie up to half
+/// a pixel outside.
+QRect WindowDragOverlayView::labelPixels(const Pill& pill) const {
+    const QRectF label = scaled(flipped(pill.rectangle), devicePixelRatioF());
+    return (label & QRectF(0, 0, displaySize_.width, displaySize_.height)).toAlignedRect().adjusted(-1, -1, 1, 1);
 }
 
-QRegion WindowDragOverlayView::pixelsOf(const QRegion& region) const {
+QRegion WindowDragOverlayView::unitsOf(const QRegion& pixels) const {
+    QRegion units;
+    for (const QRect& rectangle : pixels) {
+        units |= scaled(rectangle, 1 / devicePixelRatioF()).toAlignedRect();
+    }
+    return units;
+}
+
+QRegion WindowDragOverlayView::pixelsOf(const QRegion& units) const {
     QRegion pixels;
-    for (const QRect& rectangle : region) {
+    for (const QRect& rectangle : units) {
         pixels |= scaled(rectangle, devicePixelRatioF()).toAlignedRect();
     }
     return pixels;

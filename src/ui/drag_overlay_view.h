@@ -43,11 +43,11 @@ private:
         double markerWidth = 0;
         QRectF rectangle;
     };
-    /// A zone with what takes longer to find out than to paint; but for `area` in pixels.
+    /// A zone with what takes longer to find out than to paint, in pixels.
     struct Drawing {
         ZonePicture zone;
-        /// Where anything of it is painted, in the widget's units.
-        QRegion area;
+        /// Where anything of it is painted.
+        QRegion covered;
         QPen line;
         QPoint labelPosition;
         QImage label;
@@ -74,18 +74,19 @@ private:
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
-    /// Where the zone is more than its flat colour; multiplied by that ratio.
-    QRegion edgeOf(const QRectF& zone, const Pill& pill, double ratio) const;
-    QRect labelPixels(const Pill& pill, double ratio) const;
-    /// All pixels that the region, in the widget's units, has a part of.
-    QRegion pixelsOf(const QRegion& region) const;
+    /// Where the zone of these pixels is more than its flat colour.
+    QRegion edgeOf(const QRectF& pixels, const Pill& pill) const;
+    QRect labelPixels(const Pill& pill) const;
+    /// All pixels that a region in the widget's units has a part of, and the other way round.
+    QRegion pixelsOf(const QRegion& units) const;
+    QRegion unitsOf(const QRegion& pixels) const;
     QRegion outlineOf(const ZonePicture& zone) const;
     QRegion pillAreaOf(const Pill& pill) const;
     void drawAnew();
     double displayHeight() const;
 
-    void paintAhead(const QRegion& region);
-    // The painter's units are pixels.
+    // In pixels, which the painter's units are, too.
+    void paintAhead(const QRegion& pixels);
     void paintTranslucent(QPainter& painter, const QRegion& pixels) const;
     void paintCutOut(QPainter& painter, const QRegion& pixels) const;
     static void drawLabel(QPainter& painter, const Drawing& drawing, const QRegion& pixels);
