@@ -1,18 +1,16 @@
 #include "ui/drag_overlay_view.h"
 
 #include "ui/face_glyph.h"
-#include "ui/flat_layers.h"
+#include "ui/rounded_rectangle.h"
 #include "ui/theme.h"
 
 #include <QFontMetricsF>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
-#include <QSemaphore>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace brisk {
@@ -51,12 +49,6 @@ QFont labelFont() {
 QColor withAlpha(QColor color, double alpha) {
     color.setAlphaF(static_cast<float>(alpha));
     return color;
-}
-
-QPainterPath roundedPath(const QRectF& rectangle, double radius) {
-    QPainterPath path;
-    path.addRoundedRect(rectangle, radius, radius);
-    return path;
 }
 
 QRegion roundedRegion(const QRectF& rectangle, double radius) {
@@ -112,10 +104,6 @@ void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize disp
     }
     drawings_ = std::move(drawings);
     update(unitsOf(changed));
-    pictures_.clear();
-    if (!changed.isEmpty() && isVisible() && surface_ == OverlaySurface::translucent) {
-        paintAhead(changed);
-    }
 }
 
 void WindowDragOverlayView::setSurface(OverlaySurface surface) {
@@ -140,7 +128,6 @@ void WindowDragOverlayView::drawAnew() {
     for (Drawing& drawing : drawings_) {
         drawing = drawingOf(std::move(drawing.zone));
     }
-    pictures_.clear();
     update();
 }
 
@@ -162,63 +149,21 @@ std::vector<CGRect> WindowDragOverlayView::cutOut() const {
 void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
-    QRegion rest = pixelsOf(event->region());
-    if (surface_ == OverlaySurface::cutOut) {
-        paintCutOut(painter, rest);
-        return;
+    const QRegion pixels = pixelsOf(event->region());
+    if (surface_ == OverlaySurface::translucent) {
+        paintTranslucent(painter, pixels);
+    } else {
+        paintCutOut(painter, pixels);
     }
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    for (const Picture& picture : std::exchange(pictures_, {})) {
-        painter.drawImage(picture.rectangle, picture.image);
-        rest -= picture.rectangle;
-    }
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    paintTranslucent(painter, rest);
 }
 
-/// Paints what changed ahead of the paint event, which comes only when the server has drawn what it was given before:
-/// with a compositor that may take longer than the painting.
-void WindowDragOverlayView::paintAhead(const QRegion& pixels) {
-    for (const QRect& rectangle : pixels) {
-        pictures_.push_back({.rectangle = rectangle, .image = transparentImage(rectangle.size())});
-    }
-    // Qt's painter (6.4) hands each fill, a few lines at a time, to the threads of this pool, which takes it longer
-    // than the fill. It does not where it is called in one of them.
-    QSemaphore painted;
-    const auto paint = [&] {
-        for (Picture& picture : pictures_) {
-            QPainter painter(&picture.image);
-            painter.translate(-picture.rectangle.topLeft());
-            paintTranslucent(painter, picture.rectangle);
-        }
-        painted.release();
-    };
-    if (!QThreadPool::globalInstance()->tryStart(paint)) {
-        paint();
-    }
-    painted.acquire();
-}
-
-/// Nearly all of a display full of zones is flat, half a dozen translucent colours at each place, whose blending would
-/// take longer than all else. The painter's units are pixels. Uses no font, so that any thread may paint.
 void WindowDragOverlayView::paintTranslucent(QPainter& painter, const QRegion& pixels) const {
-    QRegion edges;
-    std::vector<FlatLayer> layers;
+    std::vector<Layer> layers;
     for (const Drawing& drawing : drawings_) {
-        edges |= drawing.edge & pixels;
-        layers.push_back({.rectangle = drawing.pixels.toRect(), .color = drawing.fill});
+        std::ranges::copy(drawing.layers, std::back_inserter(layers));
+        layers.push_back(drawing.label);
     }
-    paintFlatLayers(painter, pixels - edges, layers);
-    painter.setClipRegion(edges);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (const Drawing& drawing : drawings_) {
-        if (edges.intersects(drawing.edge.boundingRect())) {
-            const QPainterPath path = roundedPath(drawing.pixels, zoneRadius * devicePixelRatioF());
-            painter.fillPath(path, drawing.fill);
-            painter.strokePath(path, drawing.line);
-            drawLabel(painter, drawing, pixels);
-        }
-    }
+    paintLayers(painter, pixels, layers);
 }
 
 void WindowDragOverlayView::paintCutOut(QPainter& painter, const QRegion& pixels) const {
@@ -232,41 +177,36 @@ void WindowDragOverlayView::paintCutOut(QPainter& painter, const QRegion& pixels
     // Opaque lines would cut through the labels of larger zones. In full colour, also where inactive: what is below is
     // not known, and a paler line may vanish on it.
     for (const Drawing& drawing : drawings_) {
-        fill(drawing.outline, drawing.line.color());
+        fill(drawing.outline, drawing.lineColor);
     }
     for (const Drawing& drawing : drawings_) {
         fill(drawing.pillArea, opaquePill);
-        drawLabel(painter, drawing, pixels);
-    }
-}
-
-void WindowDragOverlayView::drawLabel(QPainter& painter, const Drawing& drawing, const QRegion& pixels) {
-    if (pixels.intersects(QRect(drawing.labelPosition, drawing.label.size()))) {
-        painter.drawImage(drawing.labelPosition, drawing.label);
+        if (pixels.intersects(drawing.label.rectangle)) {
+            painter.drawImage(drawing.label.rectangle, drawing.label.picture);
+        }
     }
 }
 
 WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
     const double ratio = devicePixelRatioF();
-    const bool isTranslucent = surface_ == OverlaySurface::translucent;
-    const QRectF pixels = scaled(flipped(rectangleOf(zone)).normalized(), ratio);
     const QColor color = baseColor(zone);
     const Pill pill = pillOf(zone);
-    const QRegion edge = edgeOf(pixels, pill);
-    Drawing drawing{.covered = edge,
-                    .line = QPen(zone.isActive || !isTranslucent ? color : withAlpha(color, inactiveStrokeAlpha),
-                                 (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio),
-                    .labelPosition = labelPixels(pill).topLeft(),
-                    .label = labelOf(pill)};
-    if (isTranslucent) {
-        drawing.covered |= pixels.toAlignedRect();
-        drawing.pixels = pixels;
-        drawing.fill = withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha);
-        drawing.edge = edge;
+    Drawing drawing{.label = {.rectangle = labelPixels(pill), .picture = labelOf(pill)}};
+    if (surface_ == OverlaySurface::translucent) {
+        const QPen line(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha),
+                        (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio);
+        drawing.layers = roundedRectangle(scaled(flipped(rectangleOf(zone)).normalized(), ratio), zoneRadius * ratio,
+                                          withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha), line);
+        for (const Layer& layer : drawing.layers) {
+            drawing.covered |= layer.rectangle;
+        }
     } else {
+        drawing.lineColor = color;
         drawing.outline = outlineOf(zone);
         drawing.pillArea = pillAreaOf(pill);
+        drawing.covered = drawing.outline;
     }
+    drawing.covered |= drawing.label.rectangle;
     drawing.zone = std::move(zone);
     return drawing;
 }
@@ -322,18 +262,6 @@ QRectF WindowDragOverlayView::flipped(const QRectF& rectangle) const {
 
 QColor WindowDragOverlayView::baseColor(const ZonePicture& zone) const {
     return themeColor(zone.kind == ZoneKind::custom ? customZoneColor : builtInZoneColor, palette());
-}
-
-QRegion WindowDragOverlayView::edgeOf(const QRectF& pixels, const Pill& pill) const {
-    const double ratio = devicePixelRatioF();
-    const double outside = (activeLineWidth / 2 + 1) * ratio;
-    const double inside =
-        ((surface_ == OverlaySurface::cutOut ? activeCutOutLineWidth : activeLineWidth / 2) + 1) * ratio;
-    const double corner = (zoneRadius + 1) * ratio;
-    QRegion edge = pixels.adjusted(-outside, -outside, outside, outside).toAlignedRect();
-    edge -= pixels.adjusted(corner, inside, -corner, -inside).toRect();
-    edge -= pixels.adjusted(inside, corner, -inside, -corner).toRect();
-    return edge | labelPixels(pill);
 }
 
 /// What the label covers of the display, however long its text is. Cut out in whole pixels, its edge may lie up to half

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "drag/zone_picture.h"
+#include "ui/layers.h"
 
+#include <QColor>
 #include <QImage>
-#include <QPen>
 #include <QRegion>
 #include <QWidget>
 
@@ -48,23 +49,15 @@ private:
         ZonePicture zone;
         /// Where anything of it is painted.
         QRegion covered;
-        QPen line;
-        QPoint labelPosition;
-        QImage label;
+        Layer label;
 
-        /// On a translucent surface a rectangle of one colour but for its edge, which is line, corners and label.
-        QRectF pixels;
-        QColor fill;
-        QRegion edge;
+        /// What a translucent surface shows below the label.
+        std::vector<Layer> layers;
 
         /// What it takes of a cut-out surface.
+        QColor lineColor;
         QRegion outline;
         QRegion pillArea;
-    };
-    /// What a part of the widget shows, in pixels.
-    struct Picture {
-        QRect rectangle;
-        QImage image;
     };
     Drawing drawingOf(ZonePicture zone) const;
     Pill pillOf(const ZonePicture& zone) const;
@@ -74,8 +67,6 @@ private:
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
-    /// Where the zone of these pixels is more than its flat colour.
-    QRegion edgeOf(const QRectF& pixels, const Pill& pill) const;
     QRect labelPixels(const Pill& pill) const;
     /// All pixels that a region in the widget's units has a part of, and the other way round.
     QRegion pixelsOf(const QRegion& units) const;
@@ -86,14 +77,10 @@ private:
     double displayHeight() const;
 
     // In pixels, which the painter's units are, too.
-    void paintAhead(const QRegion& pixels);
     void paintTranslucent(QPainter& painter, const QRegion& pixels) const;
     void paintCutOut(QPainter& painter, const QRegion& pixels) const;
-    static void drawLabel(QPainter& painter, const Drawing& drawing, const QRegion& pixels);
 
     std::vector<Drawing> drawings_;
-    /// What was painted ahead.
-    std::vector<Picture> pictures_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;
 };

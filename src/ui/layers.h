@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QRect>
+#include <QRegion>
+
+#include <vector>
+
+namespace brisk {
+
+/// A rectangle of one translucent colour, or a picture of that size.
+struct Layer {
+    QRect rectangle;
+    /// Premultiplied. Not used where there is a picture.
+    QRgb color = 0;
+    /// In the format ARGB32_Premultiplied.
+    QImage picture;
+};
+
+/// Paints the region with what the layers, laid on each other in their order, look like there, instead of what it
+/// shows. The colours are laid on each other once for each place that they share and not for each pixel of it. Region
+/// and rectangles are in the painter's pixels, the painter untransformed.
+void paintLayers(QPainter& painter, const QRegion& region, const std::vector<Layer>& layers);
+
+} // namespace brisk
