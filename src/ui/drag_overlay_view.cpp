@@ -81,26 +81,28 @@ WindowDragOverlayView::WindowDragOverlayView()
     setFocusPolicy(Qt::NoFocus);
 }
 
-void WindowDragOverlayView::setZones(std::vector<ZonePicture> zones, CGSize displaySize) {
+void WindowDragOverlayView::setZones(const std::vector<ZonePicture>& zones, CGSize displaySize) {
     if (displaySize != displaySize_) {
         displaySize_ = displaySize;
         drawings_.clear();
+        known_.clear();
         update();
     }
     QRegion changed;
-    std::vector<Drawing> drawings;
+    std::vector<DrawingRef> drawings;
     drawings.reserve(zones.size());
-    for (std::size_t i = 0; i < zones.size(); ++i) {
-        if (i < drawings_.size() && drawings_[i].zone == zones[i]) {
-            drawings.push_back(std::move(drawings_[i]));
-        } else {
-            changed |= i < drawings_.size() ? drawings_[i].covered : QRegion();
-            drawings.push_back(drawingOf(std::move(zones[i])));
-            changed |= drawings.back().covered;
+    for (std::size_t i = 0; i < std::max(zones.size(), drawings_.size()); ++i) {
+        const DrawingRef before = i < drawings_.size() ? drawings_[i] : nullptr;
+        const DrawingRef now = i >= zones.size()                    ? nullptr
+                               : before && before->zone == zones[i] ? before
+                                                                    : drawingOf(zones[i]);
+        if (now != before) {
+            changed |= before ? before->covered : QRegion();
+            changed |= now ? now->covered : QRegion();
         }
-    }
-    for (std::size_t i = zones.size(); i < drawings_.size(); ++i) {
-        changed |= drawings_[i].covered;
+        if (now) {
+            drawings.push_back(now);
+        }
     }
     drawings_ = std::move(drawings);
     update(unitsOf(changed));
@@ -125,16 +127,17 @@ void WindowDragOverlayView::changeEvent(QEvent* event) {
 }
 
 void WindowDragOverlayView::drawAnew() {
-    for (Drawing& drawing : drawings_) {
-        drawing = drawingOf(std::move(drawing.zone));
+    known_.clear();
+    for (DrawingRef& drawing : drawings_) {
+        drawing = drawingOf(drawing->zone);
     }
     update();
 }
 
 std::vector<CGRect> WindowDragOverlayView::cutOut() const {
     std::vector<CGRect> rectangles;
-    for (const Drawing& drawing : drawings_) {
-        for (const QRegion* region : {&drawing.outline, &drawing.pillArea}) {
+    for (const DrawingRef& drawing : drawings_) {
+        for (const QRegion* region : {&drawing->outline, &drawing->pillArea}) {
             for (const QRect& rectangle : *region) {
                 rectangles.push_back(
                     {.origin = {.x = static_cast<double>(rectangle.x()), .y = static_cast<double>(rectangle.y())},
@@ -159,9 +162,9 @@ void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
 
 void WindowDragOverlayView::paintTranslucent(QPainter& painter, const QRegion& pixels) const {
     std::vector<Layer> layers;
-    for (const Drawing& drawing : drawings_) {
-        std::ranges::copy(drawing.layers, std::back_inserter(layers));
-        layers.push_back(drawing.label);
+    for (const DrawingRef& drawing : drawings_) {
+        std::ranges::copy(drawing->layers, std::back_inserter(layers));
+        layers.push_back(drawing->label);
     }
     paintLayers(painter, pixels, layers);
 }
@@ -176,22 +179,30 @@ void WindowDragOverlayView::paintCutOut(QPainter& painter, const QRegion& pixels
     };
     // Opaque lines would cut through the labels of larger zones. In full colour, also where inactive: what is below is
     // not known, and a paler line may vanish on it.
-    for (const Drawing& drawing : drawings_) {
-        fill(drawing.outline, drawing.lineColor);
+    for (const DrawingRef& drawing : drawings_) {
+        fill(drawing->outline, drawing->lineColor);
     }
-    for (const Drawing& drawing : drawings_) {
-        fill(drawing.pillArea, opaquePill);
-        if (pixels.intersects(drawing.label.rectangle)) {
-            painter.drawImage(drawing.label.rectangle, drawing.label.picture);
+    for (const DrawingRef& drawing : drawings_) {
+        fill(drawing->pillArea, opaquePill);
+        if (pixels.intersects(drawing->label.rectangle)) {
+            painter.drawImage(drawing->label.rectangle, drawing->label.picture);
         }
     }
 }
 
-WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone) const {
+WindowDragOverlayView::DrawingRef WindowDragOverlayView::drawingOf(const ZonePicture& zone) {
+    const auto known = std::ranges::find_if(known_, [&](const DrawingRef& drawing) { return drawing->zone == zone; });
+    if (known != known_.end()) {
+        return *known;
+    }
+    return known_.emplace_back(std::make_shared<const Drawing>(newDrawing(zone)));
+}
+
+WindowDragOverlayView::Drawing WindowDragOverlayView::newDrawing(const ZonePicture& zone) const {
     const double ratio = devicePixelRatioF();
     const QColor color = baseColor(zone);
     const Pill pill = pillOf(zone);
-    Drawing drawing{.label = {.rectangle = labelPixels(pill), .picture = labelOf(pill)}};
+    Drawing drawing{.zone = zone, .label = {.rectangle = labelPixels(pill), .picture = labelOf(pill)}};
     if (surface_ == OverlaySurface::translucent) {
         const QPen line(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha),
                         (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio);
@@ -207,7 +218,6 @@ WindowDragOverlayView::Drawing WindowDragOverlayView::drawingOf(ZonePicture zone
         drawing.covered = drawing.outline;
     }
     drawing.covered |= drawing.label.rectangle;
-    drawing.zone = std::move(zone);
     return drawing;
 }
 

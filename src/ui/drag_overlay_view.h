@@ -8,6 +8,7 @@
 #include <QRegion>
 #include <QWidget>
 
+#include <memory>
 #include <vector>
 
 namespace brisk {
@@ -24,7 +25,7 @@ public:
 
     /// Shows these zones on a display of that size (both in points of the display) and repaints where the picture
     /// changed.
-    void setZones(std::vector<ZonePicture> zones, CGSize displaySize);
+    void setZones(const std::vector<ZonePicture>& zones, CGSize displaySize);
     void setSurface(OverlaySurface surface);
     /// Draws everything anew for the scale that the display has now.
     void updateScale();
@@ -59,7 +60,9 @@ private:
         QRegion outline;
         QRegion pillArea;
     };
-    Drawing drawingOf(ZonePicture zone) const;
+    using DrawingRef = std::shared_ptr<const Drawing>;
+    DrawingRef drawingOf(const ZonePicture& zone);
+    Drawing newDrawing(const ZonePicture& zone) const;
     Pill pillOf(const ZonePicture& zone) const;
     QImage labelOf(const Pill& pill) const;
     /// Points of the display to the toolkit's units, both with y up.
@@ -80,7 +83,9 @@ private:
     void paintTranslucent(QPainter& painter, const QRegion& pixels) const;
     void paintCutOut(QPainter& painter, const QRegion& pixels) const;
 
-    std::vector<Drawing> drawings_;
+    std::vector<DrawingRef> drawings_;
+    /// Each drawn since the zones appeared: the same few become active and inactive again.
+    std::vector<DrawingRef> known_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;
 };

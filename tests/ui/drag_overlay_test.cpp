@@ -156,6 +156,9 @@ TEST_F(DragOverlayView, WhatChangedLooksAsIfItHadBeenThereFromTheStart) {
     fresh.setPalette(palette);
     EXPECT_NE(rendered(view), changed) << "the accent has changed";
     EXPECT_EQ(rendered(view), rendered(fresh));
+
+    fresh.setZones(zonePictures(zones, "window.leftHalf", {}), display);
+    EXPECT_EQ(draw(zones, "window.leftHalf"), rendered(fresh)) << "as it was shown before in another accent";
 }
 
 TEST_F(DragOverlayView, CutOutDrawsOpaqueOutlinesAndPillsOnly) {
