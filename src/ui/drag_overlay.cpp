@@ -27,6 +27,7 @@ void WindowDragOverlayController::show(const std::vector<WindowDragZone>& zones,
         zones_ = zones;
         active_ = active;
         frame_ = screen.frame;
+        view_.setSurface(surface());
         view_.setZones(zonePictures(zones, active, frame_.origin), frame_.size);
         if (moves) {
             nativeWindows_.setFrame(window, frame_);
@@ -74,14 +75,17 @@ NativeWindowID WindowDragOverlayController::panel() {
     return NativeWindowID{view_.winId()};
 }
 
+OverlaySurface WindowDragOverlayController::surface() {
+    return nativeWindows_.isCompositingActive() ? OverlaySurface::translucent : OverlaySurface::cutOut;
+}
+
 void WindowDragOverlayController::updateSurface() {
     if (!isShown_) {
         return;
     }
-    const bool isTranslucent = nativeWindows_.isCompositingActive();
-    view_.setSurface(isTranslucent ? OverlaySurface::translucent : OverlaySurface::cutOut);
+    view_.setSurface(surface());
     // To be carried out, a shape may have to wait for what the server draws for others.
-    if (!isTranslucent) {
+    if (surface() == OverlaySurface::cutOut) {
         isCutOut_ = true;
         nativeWindows_.setShape(panel(), view_.cutOut());
     } else if (std::exchange(isCutOut_, false)) {

@@ -28,6 +28,7 @@ public:
 
 private:
     NativeWindowID panel();
+    OverlaySurface surface();
     void updateSurface();
 
     NativeWindows& nativeWindows_;

@@ -86,7 +86,12 @@ void WindowDragOverlayView::setZones(const std::vector<ZonePicture>& zones, CGSi
         displaySize_ = displaySize;
         drawings_.clear();
         known_.clear();
+    }
+    if (drawings_.empty()) {
+        std::ranges::transform(zones, std::back_inserter(drawings_),
+                               [this](const auto& zone) { return drawingOf(zone); });
         update();
+        return;
     }
     QRegion changed;
     std::vector<DrawingRef> drawings;
