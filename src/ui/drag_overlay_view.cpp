@@ -168,8 +168,10 @@ void WindowDragOverlayView::paintEvent(QPaintEvent* event) {
 void WindowDragOverlayView::paintTranslucent(QPainter& painter, const QRegion& pixels) const {
     std::vector<Layer> layers;
     for (const DrawingRef& drawing : drawings_) {
-        std::ranges::copy(drawing->layers, std::back_inserter(layers));
-        layers.push_back(drawing->label);
+        if (drawing->covered.intersects(pixels)) {
+            std::ranges::copy(drawing->layers, std::back_inserter(layers));
+            layers.push_back(drawing->label);
+        }
     }
     paintLayers(painter, pixels, layers);
 }
@@ -214,7 +216,7 @@ WindowDragOverlayView::Drawing WindowDragOverlayView::newDrawing(const ZonePictu
         drawing.layers = roundedRectangle(scaled(flipped(rectangleOf(zone)).normalized(), ratio), zoneRadius * ratio,
                                           withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha), line);
         for (const Layer& layer : drawing.layers) {
-            drawing.covered |= layer.rectangle;
+            drawing.covered = drawing.covered.boundingRect() | layer.rectangle;
         }
     } else {
         drawing.lineColor = color;

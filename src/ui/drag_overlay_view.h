@@ -84,7 +84,8 @@ private:
     void paintCutOut(QPainter& painter, const QRegion& pixels) const;
 
     std::vector<DrawingRef> drawings_;
-    /// Each drawn since the zones appeared: the same few become active and inactive again.
+    /// Each drawn for this display, scale, surface and palette since the zones appeared: the same few become active
+    /// and inactive again.
     std::vector<DrawingRef> known_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;

@@ -1,6 +1,7 @@
 #include "ui/layers.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <span>
 
@@ -13,17 +14,17 @@ constexpr int pixelsAtATime = 1 << 17;
 using Stack = std::vector<const Layer*>;
 
 /// From `begin` on, `end` being outside.
-struct Span {
+struct Range {
     int begin = 0;
     int end = 0;
     int length() const { return end - begin; }
 };
 
-Span columnsOf(const QRect& rectangle) {
+Range columnsOf(const QRect& rectangle) {
     return {.begin = rectangle.x(), .end = rectangle.x() + rectangle.width()};
 }
 
-Span rowsOf(const QRect& rectangle) {
+Range rowsOf(const QRect& rectangle) {
     return {.begin = rectangle.y(), .end = rectangle.y() + rectangle.height()};
 }
 
@@ -31,12 +32,12 @@ Span rowsOf(const QRect& rectangle) {
 QRgb laidOn(QRgb below, QRgb above) {
     constexpr QRgb everySecondByte = 0x00FF00FF;
     const QRgb share = 255 - static_cast<QRgb>(qAlpha(above));
-    // By 255, rounded to the nearest.
-    const auto divided = [](QRgb twoProducts) {
+    // Divided by 255, rounded to the nearest.
+    const auto scaled = [](QRgb twoProducts) {
         return twoProducts + ((twoProducts >> 8) & everySecondByte) + 0x00800080;
     };
-    const QRgb low = divided((below & everySecondByte) * share);
-    const QRgb high = divided(((below >> 8) & everySecondByte) * share);
+    const QRgb low = scaled((below & everySecondByte) * share);
+    const QRgb high = scaled(((below >> 8) & everySecondByte) * share);
     return above + (((low >> 8) & everySecondByte) | (high & ~everySecondByte));
 }
 
@@ -48,31 +49,31 @@ QRgb colorOf(std::span<const Layer* const> flatLayers) {
     return color;
 }
 
-/// A span and the layers that cover all of it.
+/// A range and the layers that cover all of it.
 struct Part {
-    Span span;
+    Range range;
     Stack layers;
 };
 
 /// Divides the whole wherever one of the layers begins or ends.
-std::vector<Part> divided(Span whole, const Stack& layers, Span (*spanOf)(const QRect&)) {
+std::vector<Part> divided(Range whole, const Stack& layers, Range (*rangeOf)(const QRect&)) {
     std::vector<int> edges{whole.begin, whole.end};
     for (const Layer* layer : layers) {
-        const Span span = spanOf(layer->rectangle);
-        edges.push_back(std::clamp(span.begin, whole.begin, whole.end));
-        edges.push_back(std::clamp(span.end, whole.begin, whole.end));
+        const Range range = rangeOf(layer->rectangle);
+        edges.push_back(std::clamp(range.begin, whole.begin, whole.end));
+        edges.push_back(std::clamp(range.end, whole.begin, whole.end));
     }
     std::ranges::sort(edges);
     edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
     std::vector<Part> parts;
     for (std::size_t i = 1; i < edges.size(); ++i) {
-        parts.push_back({.span = {.begin = edges[i - 1], .end = edges[i]}, .layers = {}});
+        parts.push_back({.range = {.begin = edges[i - 1], .end = edges[i]}, .layers = {}});
     }
     for (const Layer* layer : layers) {
-        const Span span = spanOf(layer->rectangle);
-        const auto beginOf = [](const Part& part) { return part.span.begin; };
-        for (auto part = std::ranges::lower_bound(parts, span.begin, {}, beginOf);
-             part != parts.end() && part->span.begin < span.end; ++part) {
+        const Range range = rangeOf(layer->rectangle);
+        const auto beginOf = [](const Part& part) { return part.range.begin; };
+        for (auto part = std::ranges::lower_bound(parts, range.begin, {}, beginOf);
+             part != parts.end() && part->range.begin < range.end; ++part) {
             part->layers.push_back(layer);
         }
     }
@@ -96,14 +97,14 @@ public:
             }
         }
         for (const Part& rows : divided(rowsOf(area_), stack, rowsOf)) {
-            composeRows(rows.span, rows.layers);
+            composeRows(rows.range, rows.layers);
         }
     }
 
 private:
-    void composeRows(Span rows, const Stack& layers) {
+    void composeRows(Range rows, const Stack& layers) {
         // One line of what is flat is composed, and the others are copied from it.
-        Span flat{.begin = area_.x(), .end = area_.x()};
+        Range flat{.begin = area_.x(), .end = area_.x()};
         for (const auto& [columns, stack] : divided(columnsOf(area_), layers, columnsOf)) {
             if (std::ranges::all_of(stack, isFlat)) {
                 std::fill_n(at(columns.begin, rows.begin), columns.length(), colorOf(stack));
@@ -117,7 +118,7 @@ private:
         repeatFirstLine(flat, rows);
     }
 
-    void repeatFirstLine(Span columns, Span rows) {
+    void repeatFirstLine(Range columns, Range rows) {
         for (int y = rows.begin + 1; y < rows.end; ++y) {
             std::copy_n(at(columns.begin, rows.begin), columns.length(), at(columns.begin, y));
         }
@@ -125,7 +126,7 @@ private:
 
     /// Where pictures are part of the stack. Neighbouring flat layers are laid on each other before they are laid on
     /// pixels.
-    void composePictures(Span columns, Span rows, const Stack& stack) {
+    void composePictures(Range columns, Range rows, const Stack& stack) {
         auto next = std::ranges::find_if_not(stack, isFlat);
         const QRgb ground = colorOf({stack.begin(), next});
         for (int y = rows.begin; y < rows.end; ++y) {
@@ -133,6 +134,8 @@ private:
         }
         while (next != stack.end()) {
             const Layer& picture = **next;
+            assert(picture.picture.size() == picture.rectangle.size());
+            assert(picture.picture.format() == QImage::Format_ARGB32_Premultiplied);
             const auto flatAbove = next + 1;
             next = std::find_if_not(flatAbove, stack.end(), isFlat);
             const QRgb above = colorOf({flatAbove, next});

@@ -20,7 +20,7 @@ struct Layer {
 
 /// Paints the region with what the layers, laid on each other in their order, look like there, instead of what it
 /// shows. The colours are laid on each other once for each place that they share and not for each pixel of it. Region
-/// and rectangles are in the painter's pixels, the painter untransformed.
+/// and rectangles are in pixels of the painter's device, of which each of its units is one.
 void paintLayers(QPainter& painter, const QRegion& region, const std::vector<Layer>& layers);
 
 } // namespace brisk

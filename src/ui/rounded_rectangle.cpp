@@ -1,6 +1,7 @@
 #include "ui/rounded_rectangle.h"
 
 #include <cmath>
+#include <utility>
 
 namespace brisk {
 namespace {

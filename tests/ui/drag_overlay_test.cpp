@@ -161,6 +161,14 @@ TEST_F(DragOverlayView, WhatChangedLooksAsIfItHadBeenThereFromTheStart) {
     EXPECT_EQ(draw(zones, "window.leftHalf"), rendered(fresh)) << "as it was shown before in another accent";
 }
 
+TEST_F(DragOverlayView, ZonesOfAnotherDisplayAreDrawnAnew) {
+    const std::vector<WindowDragZone> zones{{WindowLayout::center, {{200, 200}, {400, 200}}}};
+    const QImage image = draw(zones);
+    view.setZones(zonePictures(zones, {}, {}), {.width = 800, .height = 500});
+    EXPECT_NE(rendered(view), image);
+    EXPECT_EQ(draw(zones), image);
+}
+
 TEST_F(DragOverlayView, CutOutDrawsOpaqueOutlinesAndPillsOnly) {
     view.setSurface(OverlaySurface::cutOut);
     const QImage image =
@@ -178,6 +186,14 @@ TEST_F(DragOverlayView, CutOutDrawsOpaqueOutlinesAndPillsOnly) {
         EXPECT_FALSE(region.contains(at)) << at.x() << ", " << at.y();
     }
     EXPECT_EQ(image.pixelColor(2, 300), accent);
+    const QImage label = image.copy(160, 293, 80, 14);
+    int ink = 0;
+    for (int x = 0; x < label.width(); ++x) {
+        for (int y = 0; y < label.height(); ++y) {
+            ink += label.pixelColor(x, y).lightness() > 200 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(ink, 60);
 }
 
 /// Takes note of what is repainted.
@@ -285,6 +301,10 @@ TEST_F(DragOverlayController, RepaintsWhatChangedAndNothingWhenNothingDid) {
     EXPECT_TRUE(recorder.painted.contains(QPoint(100, 100)));
     EXPECT_TRUE(recorder.painted.contains(QPoint(600, 100)));
     EXPECT_FALSE(recorder.painted.contains(QPoint(320, 350))) << "the zone between them looks as before";
+
+    overlay.show({zones[0], zones[1]}, "window.rightHalf", screen);
+    settle();
+    EXPECT_TRUE(recorder.painted.contains(QPoint(320, 350))) << "it is shown no more";
 }
 
 TEST_F(DragOverlayController, RepaintsOnlyTheLinesOfWhatIsCutOut) {
