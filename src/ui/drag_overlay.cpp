@@ -33,7 +33,7 @@ void WindowDragOverlayController::show(const std::vector<WindowDragZone>& zones,
             nativeWindows_.setFrame(window, frame_);
         }
         // Before the panel appears: without a compositor it would be a black display for a moment.
-        updateSurface();
+        updateShape();
     }
     if (appears) {
         view_.show();
@@ -80,10 +80,13 @@ OverlaySurface WindowDragOverlayController::surface() {
 }
 
 void WindowDragOverlayController::updateSurface() {
-    if (!isShown_) {
-        return;
+    if (isShown_) {
+        view_.setSurface(surface());
+        updateShape();
     }
-    view_.setSurface(surface());
+}
+
+void WindowDragOverlayController::updateShape() {
     // To be carried out, a shape may have to wait for what the server draws for others.
     if (surface() == OverlaySurface::cutOut) {
         isCutOut_ = true;

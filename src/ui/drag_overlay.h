@@ -30,6 +30,7 @@ private:
     NativeWindowID panel();
     OverlaySurface surface();
     void updateSurface();
+    void updateShape();
 
     NativeWindows& nativeWindows_;
     WindowDragOverlayView view_;

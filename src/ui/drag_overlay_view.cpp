@@ -59,12 +59,6 @@ QRegion roundedRegion(const QRectF& rectangle, double radius) {
     return {polygon};
 }
 
-QImage transparentImage(QSize size) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    return image;
-}
-
 QRectF scaled(const QRectF& rectangle, double factor) {
     return {rectangle.topLeft() * factor, rectangle.size() * factor};
 }
@@ -87,30 +81,25 @@ void WindowDragOverlayView::setZones(const std::vector<ZonePicture>& zones, CGSi
         drawings_.clear();
         known_.clear();
     }
-    if (drawings_.empty()) {
-        std::ranges::transform(zones, std::back_inserter(drawings_),
-                               [this](const auto& zone) { return drawingOf(zone); });
-        update();
-        return;
-    }
-    QRegion changed;
+    known_.resize(std::max(known_.size(), zones.size()));
     std::vector<DrawingRef> drawings;
     drawings.reserve(zones.size());
-    for (std::size_t i = 0; i < std::max(zones.size(), drawings_.size()); ++i) {
-        const DrawingRef before = i < drawings_.size() ? drawings_[i] : nullptr;
-        const DrawingRef now = i >= zones.size()                    ? nullptr
-                               : before && before->zone == zones[i] ? before
-                                                                    : drawingOf(zones[i]);
-        if (now != before) {
-            changed |= before ? before->covered : QRegion();
-            changed |= now ? now->covered : QRegion();
-        }
-        if (now) {
-            drawings.push_back(now);
+    for (std::size_t i = 0; i < zones.size(); ++i) {
+        drawings.push_back(drawingOf(zones[i], known_[i]));
+    }
+    drawings_.swap(drawings);
+    update(drawings.empty() ? rect() : unitsOf(coveredByNew(drawings_, drawings) | coveredByNew(drawings, drawings_)));
+}
+
+QRegion WindowDragOverlayView::coveredByNew(const std::vector<DrawingRef>& drawings,
+                                            const std::vector<DrawingRef>& others) {
+    QRegion covered;
+    for (std::size_t i = 0; i < drawings.size(); ++i) {
+        if (i >= others.size() || drawings[i] != others[i]) {
+            covered |= drawings[i]->covered;
         }
     }
-    drawings_ = std::move(drawings);
-    update(unitsOf(changed));
+    return covered;
 }
 
 void WindowDragOverlayView::setSurface(OverlaySurface surface) {
@@ -132,9 +121,9 @@ void WindowDragOverlayView::changeEvent(QEvent* event) {
 }
 
 void WindowDragOverlayView::drawAnew() {
-    known_.clear();
-    for (DrawingRef& drawing : drawings_) {
-        drawing = drawingOf(drawing->zone);
+    known_.assign(drawings_.size(), {});
+    for (std::size_t i = 0; i < drawings_.size(); ++i) {
+        drawings_[i] = drawingOf(drawings_[i]->zone, known_[i]);
     }
     update();
 }
@@ -197,12 +186,11 @@ void WindowDragOverlayView::paintCutOut(QPainter& painter, const QRegion& pixels
     }
 }
 
-WindowDragOverlayView::DrawingRef WindowDragOverlayView::drawingOf(const ZonePicture& zone) {
-    const auto known = std::ranges::find_if(known_, [&](const DrawingRef& drawing) { return drawing->zone == zone; });
-    if (known != known_.end()) {
-        return *known;
-    }
-    return known_.emplace_back(std::make_shared<const Drawing>(newDrawing(zone)));
+WindowDragOverlayView::DrawingRef WindowDragOverlayView::drawingOf(const ZonePicture& zone,
+                                                                   std::vector<DrawingRef>& known) const {
+    const auto found =
+        std::ranges::find(known, zone, [](const DrawingRef& drawing) -> const ZonePicture& { return drawing->zone; });
+    return found != known.end() ? *found : known.emplace_back(std::make_shared<const Drawing>(newDrawing(zone)));
 }
 
 WindowDragOverlayView::Drawing WindowDragOverlayView::newDrawing(const ZonePicture& zone) const {
@@ -213,11 +201,13 @@ WindowDragOverlayView::Drawing WindowDragOverlayView::newDrawing(const ZonePictu
     if (surface_ == OverlaySurface::translucent) {
         const QPen line(zone.isActive ? color : withAlpha(color, inactiveStrokeAlpha),
                         (zone.isActive ? activeLineWidth : inactiveLineWidth) * ratio);
-        drawing.layers = roundedRectangle(scaled(flipped(rectangleOf(zone)).normalized(), ratio), zoneRadius * ratio,
+        drawing.layers = roundedRectangle(zonePixels(zone).normalized(), zoneRadius * ratio,
                                           withAlpha(color, zone.isActive ? activeFillAlpha : inactiveFillAlpha), line);
+        QRect bounds;
         for (const Layer& layer : drawing.layers) {
-            drawing.covered = drawing.covered.boundingRect() | layer.rectangle;
+            bounds |= layer.rectangle;
         }
+        drawing.covered = bounds;
     } else {
         drawing.lineColor = color;
         drawing.outline = outlineOf(zone);
@@ -231,7 +221,7 @@ WindowDragOverlayView::Drawing WindowDragOverlayView::newDrawing(const ZonePictu
 /// The label with its field, which on a cut-out surface is laid below it in whole pixels.
 QImage WindowDragOverlayView::labelOf(const Pill& pill) const {
     const QRect pixels = labelPixels(pill);
-    QImage label = transparentImage(pixels.size());
+    QImage label = emptyPicture(pixels.size());
     QPainter painter(&label);
     painter.translate(-pixels.topLeft());
     painter.scale(devicePixelRatioF(), devicePixelRatioF());
@@ -263,14 +253,15 @@ WindowDragOverlayView::Pill WindowDragOverlayView::pillOf(const ZonePicture& zon
     const QFontMetricsF metrics(labelFont());
     const double width = metrics.horizontalAdvance(pill.text) + pill.markerWidth + 2 * pillPaddingX;
     const double height = metrics.height() + 2 * pillPaddingY;
-    const QPointF middle = rectangleOf(zone).center();
+    const QPointF middle =
+        QRectF(zone.frame.minX(), zone.frame.minY(), zone.frame.width(), zone.frame.height()).center() /
+        devicePixelRatioF();
     pill.rectangle = {middle.x() - width / 2, middle.y() - height / 2, width, height};
     return pill;
 }
 
-QRectF WindowDragOverlayView::rectangleOf(const ZonePicture& zone) const {
-    return scaled({zone.frame.minX(), zone.frame.minY(), zone.frame.width(), zone.frame.height()},
-                  1 / devicePixelRatioF());
+QRectF WindowDragOverlayView::zonePixels(const ZonePicture& zone) const {
+    return {zone.frame.minX(), displaySize_.height - zone.frame.maxY(), zone.frame.width(), zone.frame.height()};
 }
 
 QRectF WindowDragOverlayView::flipped(const QRectF& rectangle) const {
@@ -310,7 +301,7 @@ QRegion WindowDragOverlayView::outlineOf(const ZonePicture& zone) const {
     const double ratio = devicePixelRatioF();
     const double width = std::round((zone.isActive ? activeCutOutLineWidth : inactiveCutOutLineWidth) * ratio);
     const double radius = zoneRadius * ratio;
-    const QRectF outer = scaled(flipped(rectangleOf(zone)), ratio);
+    const QRectF outer = zonePixels(zone);
     return roundedRegion(outer, radius) - roundedRegion(outer.adjusted(width, width, -width, -width), radius - width);
 }
 

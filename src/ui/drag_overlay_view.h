@@ -61,12 +61,14 @@ private:
         QRegion pillArea;
     };
     using DrawingRef = std::shared_ptr<const Drawing>;
-    DrawingRef drawingOf(const ZonePicture& zone);
+    /// From among those known, or drawn now and known from then on.
+    DrawingRef drawingOf(const ZonePicture& zone, std::vector<DrawingRef>& known) const;
+    /// What those drawings cover that are not in the same place of the others.
+    static QRegion coveredByNew(const std::vector<DrawingRef>& drawings, const std::vector<DrawingRef>& others);
     Drawing newDrawing(const ZonePicture& zone) const;
     Pill pillOf(const ZonePicture& zone) const;
     QImage labelOf(const Pill& pill) const;
-    /// Points of the display to the toolkit's units, both with y up.
-    QRectF rectangleOf(const ZonePicture& zone) const;
+    QRectF zonePixels(const ZonePicture& zone) const;
     /// A rectangle with y up as the widget and its painters before the flip have it.
     QRectF flipped(const QRectF& rectangle) const;
     QColor baseColor(const ZonePicture& zone) const;
@@ -84,9 +86,9 @@ private:
     void paintCutOut(QPainter& painter, const QRegion& pixels) const;
 
     std::vector<DrawingRef> drawings_;
-    /// Each drawn for this display, scale, surface and palette since the zones appeared: the same few become active
-    /// and inactive again.
-    std::vector<DrawingRef> known_;
+    /// For each of these all that were drawn since the zones appeared, for this display, scale, surface and palette:
+    /// the same few zones become active and inactive again.
+    std::vector<std::vector<DrawingRef>> known_;
     CGSize displaySize_;
     OverlaySurface surface_ = OverlaySurface::translucent;
 };

@@ -11,6 +11,8 @@ namespace {
 /// So many pixels stay in the processor's cache from when they are composed until the painter has copied them.
 constexpr int pixelsAtATime = 1 << 17;
 
+constexpr QImage::Format pictureFormat = QImage::Format_ARGB32_Premultiplied;
+
 using Stack = std::vector<const Layer*>;
 
 /// From `begin` on, `end` being outside.
@@ -135,7 +137,7 @@ private:
         while (next != stack.end()) {
             const Layer& picture = **next;
             assert(picture.picture.size() == picture.rectangle.size());
-            assert(picture.picture.format() == QImage::Format_ARGB32_Premultiplied);
+            assert(picture.picture.format() == pictureFormat);
             const auto flatAbove = next + 1;
             next = std::find_if_not(flatAbove, stack.end(), isFlat);
             const QRgb above = colorOf({flatAbove, next});
@@ -162,12 +164,18 @@ private:
 
 } // namespace
 
+QImage emptyPicture(QSize size) {
+    QImage picture(size, pictureFormat);
+    picture.fill(Qt::transparent);
+    return picture;
+}
+
 void paintLayers(QPainter& painter, const QRegion& region, const std::vector<Layer>& layers) {
     painter.save();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (const QRect& rectangle : region) {
         const int height = std::clamp(pixelsAtATime / rectangle.width(), 1, rectangle.height());
-        QImage buffer(rectangle.width(), height, QImage::Format_ARGB32_Premultiplied);
+        QImage buffer(rectangle.width(), height, pictureFormat);
         for (int y = rectangle.y(); y <= rectangle.bottom(); y += height) {
             const QRect area = QRect(QPoint(rectangle.x(), y), buffer.size()) & rectangle;
             Canvas(buffer, area).compose(layers);

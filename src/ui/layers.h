@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QRect>
 #include <QRegion>
+#include <QSize>
 
 #include <vector>
 
@@ -14,9 +15,12 @@ struct Layer {
     QRect rectangle;
     /// Premultiplied. Not used where there is a picture.
     QRgb color = 0;
-    /// In the format ARGB32_Premultiplied.
+    /// As `emptyPicture` makes one.
     QImage picture;
 };
+
+/// A picture for a layer on which nothing is painted yet.
+QImage emptyPicture(QSize size);
 
 /// Paints the region with what the layers, laid on each other in their order, look like there, instead of what it
 /// shows. The colours are laid on each other once for each place that they share and not for each pixel of it. Region

@@ -26,8 +26,7 @@ std::vector<Run> runs(int begin, int end, ColorAt colorAt) {
 }
 
 QImage painted(QSize size, const QPointF& origin, const QPainterPath& path, const QColor& fill, const QPen& line) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    QImage image = emptyPicture(size);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(-origin);

@@ -30,6 +30,17 @@ double laidOn(double above, double below) {
     return above + below * (1 - above);
 }
 
+/// How many pixels are as light as a label's text.
+int inkIn(const QImage& image, const QRect& rectangle) {
+    int count = 0;
+    for (int x = rectangle.left(); x <= rectangle.right(); ++x) {
+        for (int y = rectangle.top(); y <= rectangle.bottom(); ++y) {
+            count += image.pixelColor(x, y).lightness() > 200 ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 class DragOverlayView : public testing::Test {
 protected:
     DragOverlayView() {
@@ -101,15 +112,7 @@ TEST_F(DragOverlayView, LabelsAreCentredAndOnlyTheActiveOneIsMarked) {
         expectPixel(image, 400, static_cast<int>(bottom) - 2, accent, fill);
         EXPECT_NEAR(image.pixelColor(400, 599 - static_cast<int>(bottom) - 3).alphaF(), laidOn(0.48, fill), 0.012);
 
-        const auto ink = [&](int from, int width) {
-            int count = 0;
-            for (int x = from; x < from + width; ++x) {
-                for (int y = 293; y < 307; ++y) {
-                    count += image.pixelColor(x, y).lightness() > 200 ? 1 : 0;
-                }
-            }
-            return count;
-        };
+        const auto ink = [&](int from, int width) { return inkIn(image, {from, 293, width, 14}); };
         const int inside = static_cast<int>(left) + 14;
         EXPECT_GT(ink(inside + (isActive ? 21 : 0), static_cast<int>(textWidth)), 60);
         if (isActive) {
@@ -186,14 +189,7 @@ TEST_F(DragOverlayView, CutOutDrawsOpaqueOutlinesAndPillsOnly) {
         EXPECT_FALSE(region.contains(at)) << at.x() << ", " << at.y();
     }
     EXPECT_EQ(image.pixelColor(2, 300), accent);
-    const QImage label = image.copy(160, 293, 80, 14);
-    int ink = 0;
-    for (int x = 0; x < label.width(); ++x) {
-        for (int y = 0; y < label.height(); ++y) {
-            ink += label.pixelColor(x, y).lightness() > 200 ? 1 : 0;
-        }
-    }
-    EXPECT_GT(ink, 60);
+    EXPECT_GT(inkIn(image, {160, 293, 80, 14}), 60);
 }
 
 /// Takes note of what is repainted.

@@ -17,12 +17,6 @@ QColor translucent(int red, int green, int blue, double alpha) {
     return color;
 }
 
-QImage transparentImage(QSize size) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    return image;
-}
-
 QRgb premultipliedAt(const QImage& image, QPoint at) {
     return reinterpret_cast<const QRgb*>(image.constScanLine(at.y()))[at.x()];
 }
@@ -41,7 +35,7 @@ int difference(const QImage& image, const QImage& other) {
 }
 
 TEST(Layers, LookLikeRectanglesAndPicturesPaintedOneOverAnother) {
-    QImage disc = transparentImage({60, 50});
+    QImage disc = emptyPicture({60, 50});
     {
         QPainter painter(&disc);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -62,7 +56,7 @@ TEST(Layers, LookLikeRectanglesAndPicturesPaintedOneOverAnother) {
         flat({1300, 0, 20, 20}, Qt::black),
     };
     // Too large to be composed at once, and the region ends above the image.
-    QImage expected = transparentImage({1240, 360});
+    QImage expected = emptyPicture({1240, 360});
     QImage image(expected.size(), expected.format());
     image.fill(Qt::red);
     {
@@ -115,8 +109,8 @@ TEST(RoundedRectangle, LooksAsThePainterDrawsIt) {
         SCOPED_TRACE(row.why);
         const QColor fill = translucent(200, 40, 120, 0.34);
         const QPen line(translucent(200, 40, 120, 0.58), row.lineWidth);
-        QImage expected = transparentImage({260, 180});
-        QImage image = transparentImage(expected.size());
+        QImage expected = emptyPicture({260, 180});
+        QImage image = emptyPicture(expected.size());
         {
             QPainter painter(&expected);
             painter.setRenderHint(QPainter::Antialiasing);
@@ -128,7 +122,7 @@ TEST(RoundedRectangle, LooksAsThePainterDrawsIt) {
             paintLayers(painter, image.rect(), roundedRectangle(row.rectangle, row.radius, fill, line));
         }
         EXPECT_LE(difference(image, expected), 1);
-        EXPECT_GT(difference(expected, transparentImage(expected.size())), 50);
+        EXPECT_GT(difference(expected, emptyPicture(expected.size())), 50);
     }
 }
 
